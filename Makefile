@@ -1,0 +1,60 @@
+# make run   - install what is missing, build, start Vantor Planner
+# make test  - install what is missing, build, run every test headless
+BUILD      ?= build
+BUILD_TYPE ?= RelWithDebInfo
+WERROR     ?= OFF
+SANITIZE   ?= OFF
+JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
+
+# Debian 12 packages the build, the tests and the benchmarks need.
+PACKAGES = cmake make g++ pkgconf qt6-base-dev qt6-base-dev-tools libgl-dev \
+           libsqlite3-dev libbenchmark-dev
+
+.PHONY: all deps configure build run test bench format clean
+
+all: build
+
+deps:
+	@missing=""; \
+	for p in $(PACKAGES); do \
+	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "install ok installed" || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	  if [ "$$(id -u)" = 0 ]; then SUDO=""; \
+	  elif command -v sudo >/dev/null 2>&1 && sudo -n true 2>/dev/null; then SUDO="sudo"; \
+	  else \
+	    echo "Missing packages:$$missing"; \
+	    echo "Install them with:"; \
+	    echo "  sudo apt-get update && sudo apt-get install -y$$missing"; \
+	    exit 1; \
+	  fi; \
+	  echo "Installing:$$missing"; \
+	  $$SUDO apt-get update -qq && \
+	  DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq $$missing; \
+	fi
+
+$(BUILD)/CMakeCache.txt: | deps
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) \
+	  -DVANTOR_WERROR=$(WERROR) -DVANTOR_SANITIZE=$(SANITIZE)
+
+configure: deps
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) \
+	  -DVANTOR_WERROR=$(WERROR) -DVANTOR_SANITIZE=$(SANITIZE)
+
+build: configure
+	cmake --build $(BUILD) -j $(JOBS)
+
+run: build
+	$(BUILD)/bin/vantor-planner
+
+test: build
+	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
+
+bench: build
+	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done
+
+format:
+	find src tests tools bench -name '*.cpp' -o -name '*.h' | xargs clang-format -i
+
+clean:
+	rm -rf $(BUILD)

@@ -1,0 +1,308 @@
+#include "common/FlexGrid.h"
+
+#include <QHeaderView>
+#include <QMouseEvent>
+
+namespace {
+constexpr int kDataRole = Qt::UserRole + 1;
+constexpr int kTwipsPerInch = 1440;
+} // namespace
+
+FlexGrid::FlexGrid(QWidget* parent) : QTableWidget(parent) {
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setSelectionMode(QAbstractItemView::ContiguousSelection);
+    setSelectionBehavior(QAbstractItemView::SelectItems);
+    setWordWrap(true);
+    setTextElideMode(Qt::ElideRight);
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    horizontalHeader()->setHighlightSections(false);
+    verticalHeader()->setHighlightSections(false);
+    horizontalHeader()->setMinimumSectionSize(0);
+    verticalHeader()->setMinimumSectionSize(0);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignCenter);
+    verticalHeader()->setDefaultAlignment(Qt::AlignCenter);
+    m_rowData.resize(1);
+    m_colData.resize(1);
+    m_rowTwips.resize(1);
+    m_colTwips.resize(1);
+    m_colAlign.resize(1);
+}
+
+void FlexGrid::ensureDataSize() {
+    m_rowData.resize(rows());
+    m_rowTwips.resize(rows());
+    m_colData.resize(cols());
+    m_colTwips.resize(cols());
+    m_colAlign.resize(cols());
+}
+
+void FlexGrid::setRows(int n) {
+    setRowCount(std::max(n, 1) - 1);
+    ensureDataSize();
+}
+
+void FlexGrid::setCols(int n) {
+    setColumnCount(std::max(n, 1) - 1);
+    ensureDataSize();
+}
+
+void FlexGrid::clearGrid() {
+    clearContents();
+    setRowCount(0);
+    m_rowData.fill(0);
+    m_colData.fill(0);
+    ensureDataSize();
+}
+
+int FlexGrid::row() const {
+    return currentRow() + 1;
+}
+
+int FlexGrid::col() const {
+    return currentColumn() + 1;
+}
+
+void FlexGrid::setRowCol(int r, int c) {
+    if (r < 1 || c < 1 || r >= rows() || c >= cols())
+        return;
+    setCurrentCell(r - 1, c - 1, QItemSelectionModel::ClearAndSelect);
+}
+
+int FlexGrid::rowSel() const {
+    const int cr = currentRow(), cc = currentColumn();
+    for (const QTableWidgetSelectionRange& range : selectedRanges()) {
+        if (cr >= range.topRow() && cr <= range.bottomRow() && cc >= range.leftColumn() &&
+            cc <= range.rightColumn())
+            return (cr == range.topRow() ? range.bottomRow() : range.topRow()) + 1;
+    }
+    return row();
+}
+
+int FlexGrid::colSel() const {
+    const int cr = currentRow(), cc = currentColumn();
+    for (const QTableWidgetSelectionRange& range : selectedRanges()) {
+        if (cr >= range.topRow() && cr <= range.bottomRow() && cc >= range.leftColumn() &&
+            cc <= range.rightColumn())
+            return (cc == range.leftColumn() ? range.rightColumn() : range.leftColumn()) + 1;
+    }
+    return col();
+}
+
+void FlexGrid::selectRange(int r1, int c1, int r2, int c2) {
+    if (std::min(r1, r2) < 1 || std::min(c1, c2) < 1 || std::max(r1, r2) >= rows() ||
+        std::max(c1, c2) >= cols())
+        return;
+    setCurrentCell(r1 - 1, c1 - 1, QItemSelectionModel::NoUpdate);
+    clearSelection();
+    setRangeSelected(QTableWidgetSelectionRange(std::min(r1, r2) - 1, std::min(c1, c2) - 1,
+                                                std::max(r1, r2) - 1, std::max(c1, c2) - 1),
+                     true);
+}
+
+QTableWidgetItem* FlexGrid::item(int r, int c) const {
+    if (r < 0 || c < 0 || r >= rows() || c >= cols() || (r == 0 && c == 0))
+        return nullptr;
+    if (r == 0)
+        return horizontalHeaderItem(c - 1);
+    if (c == 0)
+        return verticalHeaderItem(r - 1);
+    return QTableWidget::item(r - 1, c - 1);
+}
+
+QTableWidgetItem* FlexGrid::ensureItem(int r, int c) {
+    if (QTableWidgetItem* it = item(r, c))
+        return it;
+    if (r < 0 || c < 0 || r >= rows() || c >= cols() || (r == 0 && c == 0))
+        return nullptr;
+    auto* it = new QTableWidgetItem;
+    it->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+    if (r == 0) {
+        setHorizontalHeaderItem(c - 1, it);
+    } else if (c == 0) {
+        setVerticalHeaderItem(r - 1, it);
+    } else {
+        if (m_colAlign.value(c))
+            it->setTextAlignment(m_colAlign.value(c));
+        setItem(r - 1, c - 1, it);
+    }
+    return it;
+}
+
+QString FlexGrid::textMatrix(int r, int c) const {
+    if (r == 0 && c == 0)
+        return m_cornerText;
+    const QTableWidgetItem* it = item(r, c);
+    if (!it)
+        return QString();
+    const QVariant raw = it->data(Qt::UserRole);
+    return raw.isValid() ? raw.toString() : it->text();
+}
+
+void FlexGrid::setTextMatrix(int r, int c, const QString& text) {
+    if (r == 0 && c == 0) {
+        m_cornerText = text;
+        setCornerButtonEnabled(false);
+        return;
+    }
+    if (QTableWidgetItem* it = ensureItem(r, c)) {
+        // Cells keep the program's "\r\n" line breaks; Qt draws "\n" only.
+        QString shown = text;
+        shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+        it->setData(Qt::DisplayRole, shown);
+        it->setData(Qt::UserRole, text);
+    }
+}
+
+qint32 FlexGrid::rowData(int r) const {
+    return m_rowData.value(r);
+}
+
+void FlexGrid::setRowData(int r, qint32 v) {
+    if (r >= 0 && r < m_rowData.size())
+        m_rowData[r] = v;
+}
+
+qint32 FlexGrid::colData(int c) const {
+    return m_colData.value(c);
+}
+
+void FlexGrid::setColData(int c, qint32 v) {
+    if (c >= 0 && c < m_colData.size())
+        m_colData[c] = v;
+}
+
+qint32 FlexGrid::cellData(int r, int c) const {
+    const QTableWidgetItem* it = item(r, c);
+    return it ? it->data(kDataRole).toInt() : 0;
+}
+
+void FlexGrid::setCellData(int r, int c, qint32 v) {
+    if (QTableWidgetItem* it = ensureItem(r, c))
+        it->setData(kDataRole, v);
+}
+
+int FlexGrid::cellCheck(int r, int c) const {
+    const QTableWidgetItem* it = item(r, c);
+    if (!it)
+        return NoCheck;
+    const QVariant v = it->data(Qt::CheckStateRole);
+    if (!v.isValid())
+        return NoCheck;
+    return v.toInt() == Qt::Checked ? Checked : Unchecked;
+}
+
+void FlexGrid::setCellCheck(int r, int c, int v) {
+    QTableWidgetItem* it = ensureItem(r, c);
+    if (!it)
+        return;
+    if (v == Checked)
+        it->setData(Qt::CheckStateRole, Qt::Checked);
+    else if (v == Unchecked)
+        it->setData(Qt::CheckStateRole, Qt::Unchecked);
+    else
+        it->setData(Qt::CheckStateRole, QVariant());
+}
+
+QColor FlexGrid::cellBackColor(int r, int c) const {
+    const QTableWidgetItem* it = item(r, c);
+    const QVariant v = it ? it->data(Qt::BackgroundRole) : QVariant();
+    if (v.isValid())
+        return v.value<QBrush>().color();
+    return (r == 0 || c == 0) ? palette().color(QPalette::Button) : palette().color(QPalette::Base);
+}
+
+void FlexGrid::setCellBackColor(int r, int c, const QColor& color) {
+    if (QTableWidgetItem* it = ensureItem(r, c))
+        it->setBackground(QBrush(color));
+}
+
+QColor FlexGrid::cellForeColor(int r, int c) const {
+    const QTableWidgetItem* it = item(r, c);
+    const QVariant v = it ? it->data(Qt::ForegroundRole) : QVariant();
+    return v.isValid() ? v.value<QBrush>().color() : palette().color(QPalette::Text);
+}
+
+void FlexGrid::setCellForeColor(int r, int c, const QColor& color) {
+    if (QTableWidgetItem* it = ensureItem(r, c))
+        it->setForeground(QBrush(color));
+}
+
+void FlexGrid::setCellAlignment(int r, int c, Qt::Alignment a) {
+    if (QTableWidgetItem* it = ensureItem(r, c))
+        it->setTextAlignment(a);
+}
+
+void FlexGrid::setColAlignment(int c, Qt::Alignment a) {
+    if (c < 0 || c >= cols())
+        return;
+    m_colAlign[c] = a;
+    for (int r = 1; r < rows(); ++r)
+        if (QTableWidgetItem* it = item(r, c))
+            it->setTextAlignment(a);
+}
+
+int FlexGrid::dpi() const {
+    const int d = logicalDpiY();
+    return d > 0 ? d : 96;
+}
+
+int FlexGrid::twipsToPixels(int twips) const {
+    return (twips * dpi() + kTwipsPerInch / 2) / kTwipsPerInch;
+}
+
+int FlexGrid::pixelsToTwips(int pixels) const {
+    return (pixels * kTwipsPerInch + dpi() / 2) / dpi();
+}
+
+int FlexGrid::rowHeightTwips(int r) const {
+    if (r < 0 || r >= rows())
+        return 0;
+    const int px = r == 0 ? horizontalHeader()->height() : rowHeight(r - 1);
+    const int stored = m_rowTwips.value(r);
+    return (stored > 0 && twipsToPixels(stored) == px) ? stored : pixelsToTwips(px);
+}
+
+void FlexGrid::setRowHeightTwips(int r, int twips) {
+    if (r < 0 || r >= rows())
+        return;
+    twips = std::max(twips, 0);
+    m_rowTwips[r] = twips;
+    if (r == 0)
+        horizontalHeader()->setFixedHeight(twipsToPixels(twips));
+    else
+        setRowHeight(r - 1, twipsToPixels(twips));
+}
+
+int FlexGrid::colWidthTwips(int c) const {
+    if (c < 0 || c >= cols())
+        return 0;
+    const int px = c == 0 ? verticalHeader()->width() : columnWidth(c - 1);
+    const int stored = m_colTwips.value(c);
+    return (stored > 0 && twipsToPixels(stored) == px) ? stored : pixelsToTwips(px);
+}
+
+void FlexGrid::setColWidthTwips(int c, int twips) {
+    if (c < 0 || c >= cols())
+        return;
+    twips = std::max(twips, 0);
+    m_colTwips[c] = twips;
+    if (c == 0)
+        verticalHeader()->setFixedWidth(twipsToPixels(twips));
+    else
+        setColumnWidth(c - 1, twipsToPixels(twips));
+}
+
+int FlexGrid::findRow(int c, const QString& text) const {
+    for (int r = 1; r < rows(); ++r)
+        if (textMatrix(r, c) == text)
+            return r;
+    return -1;
+}
+
+void FlexGrid::mousePressEvent(QMouseEvent* event) {
+    QTableWidget::mousePressEvent(event);
+    const QModelIndex idx = indexAt(event->position().toPoint());
+    if (idx.isValid())
+        Q_EMIT gridMouseDown(idx.row() + 1, idx.column() + 1, event->button());
+}

@@ -1,0 +1,89 @@
+#pragma once
+// The grid used for timetables, resource lists and reports. Its indices count
+// the fixed heading row 0 and heading column 0, so body cells start at 1. The
+// headings are the table's own header views, which is why they never scroll away.
+
+#include <QColor>
+#include <QTableWidget>
+#include <QVector>
+
+class FlexGrid : public QTableWidget {
+    Q_OBJECT
+public:
+    explicit FlexGrid(QWidget* parent = nullptr);
+
+    // Counts, heading row and column included (never below 1).
+    int rows() const { return rowCount() + 1; }
+    int cols() const { return columnCount() + 1; }
+    void setRows(int n);
+    void setCols(int n);
+    // Removes every body row and all data, keeping the column layout.
+    void clearGrid();
+
+    // The current cell (0 when there is none, or it is a heading).
+    int row() const;
+    int col() const;
+    // Makes (r, c) current and the selection that one cell.
+    void setRowCol(int r, int c);
+    // The other corner of the selection that holds the current cell.
+    int rowSel() const;
+    int colSel() const;
+    // Selects the rectangle and makes (r1, c1) current.
+    void selectRange(int r1, int c1, int r2, int c2);
+
+    QString textMatrix(int r, int c) const;
+    void setTextMatrix(int r, int c, const QString& text);
+
+    qint32 rowData(int r) const;
+    void setRowData(int r, qint32 v);
+    qint32 colData(int c) const;
+    void setColData(int c, qint32 v);
+    qint32 cellData(int r, int c) const;
+    void setCellData(int r, int c, qint32 v);
+
+    enum CheckState { NoCheck = 0, Checked = 1, Unchecked = 2 };
+    int cellCheck(int r, int c) const;
+    void setCellCheck(int r, int c, int v);
+
+    QColor cellBackColor(int r, int c) const;
+    void setCellBackColor(int r, int c, const QColor& color);
+    QColor cellForeColor(int r, int c) const;
+    void setCellForeColor(int r, int c, const QColor& color);
+    void setCellAlignment(int r, int c, Qt::Alignment a);
+    void setColAlignment(int c, Qt::Alignment a);
+
+    // Sizes in twips; 15 twips make a pixel at 96 dpi.
+    int rowHeightTwips(int r) const;
+    void setRowHeightTwips(int r, int twips);
+    int colWidthTwips(int c) const;
+    void setColWidthTwips(int c, int twips);
+
+    // Pixel and twip conversion at this widget's resolution.
+    int twipsToPixels(int twips) const;
+    int pixelsToTwips(int pixels) const;
+
+    // Index of the first body row whose text in column c equals text, or -1.
+    int findRow(int c, const QString& text) const;
+
+Q_SIGNALS:
+    // A mouse button went down on a body cell, after the cell became current.
+    void gridMouseDown(int r, int c, Qt::MouseButton button);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    QTableWidgetItem* item(int r, int c) const;
+    QTableWidgetItem* ensureItem(int r, int c);
+    void ensureDataSize();
+    int dpi() const;
+
+    QVector<qint32> m_rowData;
+    QVector<qint32> m_colData;
+    // Sizes last set in twips, so a size that was not changed on screen reads
+    // back exactly as it was written and does not drift by rounding.
+    QVector<int> m_rowTwips;
+    QVector<int> m_colTwips;
+    QString m_cornerText;
+    QVector<Qt::Alignment> m_colAlign;
+};

@@ -1,0 +1,374 @@
+#include "shell/frmMain.h"
+
+#include "common/Common.h"
+#include "common/FileDialogs.h"
+#include "common/FlexGrid.h"
+#include "shell/ErrorHandler.h"
+#include "shell/Icons.h"
+#include "store/ModMain.h"
+#include "store/Project.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenuBar>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+using Common::MsgBox;
+using Common::MsgButtons;
+using Common::MsgIcon;
+using Common::MsgResult;
+
+namespace {
+// The toolbar: key, caption, tooltip and the menu command it runs.
+struct ToolbarButton {
+    const char* key;
+    const char* caption;
+    const char* tooltip;
+    const char* command;
+};
+constexpr ToolbarButton kToolbarButtons[] = {
+    {"New", "New Table", "Create a new timetable", "mnuFileNew"},
+    {"View", "View Table", "View an existing timetable", "mnuViewTimetable"},
+    {"AutoFill", "Auto Fill", "Automatically populate a timetable", "mnuToolsAutoFill"},
+    {"Blank", "Clear", "Clear period", "mnuPeriodClear"},
+    {"Lunch", "Lunch", "Set period as a lunch break", "mnuPeriodLunch"},
+    {"Break", "Break", "Set period as a break", "mnuPeriodBreak"},
+    {"Unavailable", "Unavailable", "Set period as unavailable", "mnuPeriodUnavailable"},
+    {"Manage", "Manage", "Manage tutors, rooms, classes and subjects", "mnuToolsManageTutors"},
+};
+
+FlexGrid* makeResourceList(const QString& name, const QString& word, QWidget* parent) {
+    auto* list = new FlexGrid(parent);
+    list->setObjectName(name);
+    list->setCols(3);
+    list->setRows(1);
+    list->setTextMatrix(0, 1, QStringLiteral("Sel"));
+    list->setTextMatrix(0, 0, QStringLiteral("Status"));
+    list->setTextMatrix(0, 2, word);
+    list->setColWidthTwips(0, 900);
+    list->setColWidthTwips(1, 480);
+    list->horizontalHeader()->setStretchLastSection(true);
+    list->setSelectionMode(QAbstractItemView::SingleSelection);
+    list->setSelectionBehavior(QAbstractItemView::SelectRows);
+    list->verticalHeader()->setDefaultSectionSize(22);
+    return list;
+}
+} // namespace
+
+frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(Common::AppTitle());
+    setWindowIcon(Icons::App());
+    buildMenus();
+    buildToolbar();
+    buildCentral();
+    wireCommands();
+    resize(1180, 760);
+}
+
+frmMain::~frmMain() = default;
+
+QAction* frmMain::addCommand(QMenu* menu, const QString& name, const QString& caption,
+                             const QKeySequence& shortcut) {
+    auto* action = new QAction(caption, this);
+    action->setObjectName(name);
+    if (!shortcut.isEmpty())
+        action->setShortcut(shortcut);
+    // A command without its handler yet stays disabled.
+    action->setEnabled(false);
+    menu->addAction(action);
+    m_commands.insert(name, action);
+    return action;
+}
+
+void frmMain::buildMenus() {
+    mnuFile = menuBar()->addMenu(QStringLiteral("&File"));
+    mnuFile->setObjectName(QStringLiteral("mnuFile"));
+    addCommand(mnuFile, QStringLiteral("mnuFileNewProject"), QStringLiteral("New &Project..."),
+               QKeySequence(QStringLiteral("Ctrl+Shift+N")));
+    addCommand(mnuFile, QStringLiteral("mnuFileOpenProject"), QStringLiteral("&Open Project..."),
+               QKeySequence::Open);
+    mnuFile->addSeparator();
+    addCommand(mnuFile, QStringLiteral("mnuFileNew"), QStringLiteral("&New Timetable..."),
+               QKeySequence::New);
+    addCommand(mnuFile, QStringLiteral("mnuFileOpen"), QStringLiteral("Open &Timetable..."));
+    addCommand(mnuFile, QStringLiteral("mnuFileDelete"), QStringLiteral("&Delete Timetable"));
+    mnuFile->addSeparator();
+    addCommand(mnuFile, QStringLiteral("mnuFilePrintPreview"), QStringLiteral("Print Pre&view..."),
+               QKeySequence::Print);
+    mnuFile->addSeparator();
+    addCommand(mnuFile, QStringLiteral("mnuFileExit"), QStringLiteral("E&xit"),
+               QKeySequence(QStringLiteral("Ctrl+Q")));
+
+    mnuView = menuBar()->addMenu(QStringLiteral("&View"));
+    mnuView->setObjectName(QStringLiteral("mnuView"));
+    addCommand(mnuView, QStringLiteral("mnuViewTimetable"), QStringLiteral("&Timetables..."));
+
+    mnuFormat = menuBar()->addMenu(QStringLiteral("F&ormat"));
+    mnuFormat->setObjectName(QStringLiteral("mnuFormat"));
+    addCommand(mnuFormat, QStringLiteral("mnuFormatTimetable"),
+               QStringLiteral("&Timetable Format..."));
+    mnuFormat->addSeparator();
+    addCommand(mnuFormat, QStringLiteral("mnuFormatSameSizeColumns"),
+               QStringLiteral("Same Size &Columns"));
+    addCommand(mnuFormat, QStringLiteral("mnuFormatSameSizeRows"),
+               QStringLiteral("Same Size &Rows"));
+    mnuFormat->addSeparator();
+    addCommand(mnuFormat, QStringLiteral("mnuFormatDefineLunchColumn"),
+               QStringLiteral("Define/Remove  &Lunch..."));
+
+    mnuTools = menuBar()->addMenu(QStringLiteral("&Tools"));
+    mnuTools->setObjectName(QStringLiteral("mnuTools"));
+    addCommand(mnuTools, QStringLiteral("mnuToolsAutoFill"), QStringLiteral("&Auto Fill..."));
+    addCommand(mnuTools, QStringLiteral("mnuToolsFillMethods"), QStringLiteral("Fill &Methods..."));
+    mnuTools->addSeparator();
+    addCommand(mnuTools, QStringLiteral("mnuToolsManageTutors"), QStringLiteral("Manage &Tutors..."));
+    addCommand(mnuTools, QStringLiteral("mnuToolsManageSubjects"),
+               QStringLiteral("Manage &Subjects..."));
+    addCommand(mnuTools, QStringLiteral("mnuToolsManageRooms"), QStringLiteral("Manage &Rooms..."));
+    addCommand(mnuTools, QStringLiteral("mnuToolsManageClasses"),
+               QStringLiteral("Manage &Classes..."));
+    mnuTools->addSeparator();
+    addCommand(mnuTools, QStringLiteral("mnuToolsCapacityReport"),
+               QStringLiteral("Tutor Capacity &Report..."));
+
+    mnuPeriod = menuBar()->addMenu(QStringLiteral("&Period"));
+    mnuPeriod->setObjectName(QStringLiteral("mnuPeriod"));
+    addCommand(mnuPeriod, QStringLiteral("mnuPeriodClear"), QStringLiteral("&Clear"));
+    addCommand(mnuPeriod, QStringLiteral("mnuPeriodUnavailable"), QStringLiteral("&Unavailable"));
+    addCommand(mnuPeriod, QStringLiteral("mnuPeriodLunch"), QStringLiteral("&Lunch"));
+    addCommand(mnuPeriod, QStringLiteral("mnuPeriodBreak"), QStringLiteral("&Break"));
+
+    mnuHelp = menuBar()->addMenu(QStringLiteral("&Help"));
+    mnuHelp->setObjectName(QStringLiteral("mnuHelp"));
+    addCommand(mnuHelp, QStringLiteral("mnuHelpContents"), QStringLiteral("&Contents"),
+               QKeySequence::HelpContents);
+    addCommand(mnuHelp, QStringLiteral("mnuHelpGettingStarted"),
+               QStringLiteral("&Getting Started Tutorial"));
+    addCommand(mnuHelp, QStringLiteral("mnuHelpTips"), QStringLiteral("&Tip of the Day..."));
+    mnuHelp->addSeparator();
+    addCommand(mnuHelp, QStringLiteral("mnuHelpAbout"), QStringLiteral("&About Vantor Planner..."));
+}
+
+void frmMain::buildToolbar() {
+    m_toolbar = addToolBar(QStringLiteral("Toolbar"));
+    m_toolbar->setObjectName(QStringLiteral("ToolBar"));
+    m_toolbar->setMovable(false);
+    m_toolbar->setIconSize(QSize(32, 32));
+    m_toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    for (const ToolbarButton& b : kToolbarButtons) {
+        const QString key = QString::fromLatin1(b.key);
+        auto* action = new QAction(Icons::Toolbar(key), QString::fromLatin1(b.caption), this);
+        action->setObjectName(QStringLiteral("tb") + key);
+        action->setToolTip(QString::fromLatin1(b.tooltip));
+        action->setData(key);
+        action->setEnabled(false);
+        connect(action, &QAction::triggered, this, [this, key] { ToolBar_ButtonClick(key); });
+        m_toolbar->addAction(action);
+        if (key == QLatin1String("View") || key == QLatin1String("Unavailable"))
+            m_toolbar->addSeparator();
+        m_commands.insert(action->objectName(), action);
+        m_toolbarTargets.insert(key, QString::fromLatin1(b.command));
+    }
+}
+
+void frmMain::buildCentral() {
+    auto* splitter = new QSplitter(Qt::Horizontal, this);
+    splitter->setObjectName(QStringLiteral("splitMain"));
+    splitter->setChildrenCollapsible(false);
+
+    g = new FlexGrid(splitter);
+    g->setObjectName(QStringLiteral("g"));
+    g->setMinimumWidth(320);
+    splitter->addWidget(g);
+
+    auto* side = new QWidget(splitter);
+    side->setObjectName(QStringLiteral("picLists"));
+    side->setMinimumWidth(220);
+    auto* layout = new QVBoxLayout(side);
+    layout->setContentsMargins(4, 0, 0, 0);
+    layout->setSpacing(2);
+    const struct {
+        FlexGrid** list;
+        const char* name;
+        const char* word;
+        const char* heading;
+    } lists[] = {{&gTutor, "gTutor", "Tutor", "Tutors"},
+                 {&gSubject, "gSubject", "Subject", "Subjects"},
+                 {&gRoom, "gRoom", "Room", "Rooms"},
+                 {&gClass, "gClass", "Class", "Classes"}};
+    for (const auto& l : lists) {
+        auto* label = new QLabel(QStringLiteral("<b>%1</b>").arg(QString::fromLatin1(l.heading)),
+                                 side);
+        label->setObjectName(QStringLiteral("lbl") + QString::fromLatin1(l.name).mid(1));
+        *l.list = makeResourceList(QString::fromLatin1(l.name), QString::fromLatin1(l.word), side);
+        label->setBuddy(*l.list);
+        layout->addWidget(label);
+        layout->addWidget(*l.list, 1);
+    }
+    splitter->addWidget(side);
+    splitter->setStretchFactor(0, 3);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({860, 300});
+    setCentralWidget(splitter);
+
+    m_statusPath = new QLabel(this);
+    m_statusPath->setObjectName(QStringLiteral("sbPath"));
+    m_statusPath->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    statusBar()->addWidget(m_statusPath, 1);
+}
+
+void frmMain::wireCommands() {
+    on(QStringLiteral("mnuFileOpenProject"), &frmMain::mnuFileOpenProject_Click);
+    on(QStringLiteral("mnuFileExit"), &frmMain::mnuFileExit_Click);
+}
+
+void frmMain::on(const QString& name, void (frmMain::*handler)()) {
+    QAction* action = m_commands.value(name);
+    Q_ASSERT(action);
+    if (!action)
+        return;
+    connect(action, &QAction::triggered, this, handler);
+    m_built.insert(action);
+    action->setEnabled(true);
+    // The toolbar button of the same command is built along with it.
+    for (auto it = m_toolbarTargets.cbegin(); it != m_toolbarTargets.cend(); ++it)
+        if (it.value() == name)
+            m_built.insert(m_commands.value(QStringLiteral("tb") + it.key()));
+}
+
+QAction* frmMain::command(const QString& name) const {
+    return m_commands.value(name);
+}
+
+void frmMain::setEnabled(QAction* action, bool enabled) {
+    if (action)
+        action->setEnabled(enabled && m_built.contains(action));
+}
+
+void frmMain::setMenuEnabled(QMenu* menu, bool enabled) {
+    menu->menuAction()->setEnabled(enabled);
+}
+
+void frmMain::setToolbarEnabled(bool enabled) {
+    for (const ToolbarButton& b : kToolbarButtons)
+        setEnabled(m_commands.value(QStringLiteral("tb") + QString::fromLatin1(b.key)), enabled);
+}
+
+void frmMain::NoTimetable() {
+    setWindowTitle(Common::AppTitle());
+    setMenuEnabled(mnuView, false);
+    setMenuEnabled(mnuFormat, false);
+    setMenuEnabled(mnuTools, false);
+    setMenuEnabled(mnuPeriod, false);
+    setEnabled(command(QStringLiteral("mnuFileDelete")), false);
+    setEnabled(command(QStringLiteral("mnuFilePrintPreview")), false);
+}
+
+void frmMain::NoProject() {
+    NoTimetable();
+    setToolbarEnabled(false);
+    setEnabled(command(QStringLiteral("mnuFileNew")), false);
+    setEnabled(command(QStringLiteral("mnuFileOpen")), false);
+    ShowProjectPath(QString());
+}
+
+void frmMain::YesProject() {
+    setWindowTitle(Common::AppTitle());
+    setMenuEnabled(mnuView, true);
+    setMenuEnabled(mnuFormat, true);
+    setMenuEnabled(mnuTools, true);
+    setMenuEnabled(mnuPeriod, true);
+    setToolbarEnabled(true);
+    for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileDelete", "mnuFilePrintPreview"})
+        setEnabled(command(QString::fromLatin1(name)), true);
+}
+
+void frmMain::ShowProjectPath(const QString& path) {
+    m_statusPath->setText(path.isEmpty() ? QStringLiteral("No project open") : path);
+    m_statusPath->setToolTip(path);
+}
+
+void frmMain::Form_Load(const QString& projectFile) {
+    Guard("frmMain", "Form_Load", [&] {
+        NoProject();
+        const QString path = projectFile.isEmpty() ? ModMain::LastDB() : projectFile;
+        if (path.isEmpty())
+            return;
+        if (!ModMain::DB().DBOpen(path)) {
+            const MsgResult answer =
+                MsgBox(QStringLiteral("Unable to open project file ") + path +
+                           QStringLiteral(". Would you like to create a new project?"),
+                       MsgButtons::YesNo, MsgIcon::Question);
+            if (answer == MsgResult::Yes) {
+                NoProject();
+                if (QAction* newProject = command(QStringLiteral("mnuFileNewProject"));
+                    isBuilt(newProject))
+                    newProject->trigger();
+            }
+            return;
+        }
+        ProjectOpened();
+    });
+}
+
+void frmMain::ProjectOpened() {
+    YesProject();
+    ShowProjectPath(ModMain::DB().GetDBFilename());
+    NoTimetable();
+}
+
+void frmMain::mnuFileOpenProject_Click() {
+    Guard("frmMain", "mnuFileOpenProject_Click", [&] {
+        QString file;
+        if (!Common::VBGetOpenFileName(
+                file, nullptr, true, false, false, true,
+                QStringLiteral("Vantor Planner Project (*.VNPL)|*.VNPL|All(*.*)|*.*"), nullptr,
+                QString(), QStringLiteral("Open Vantor Timetable Project"), QStringLiteral("VNPL"),
+                this))
+            return;
+        ModMain::DB().DBClose();
+        if (ModMain::DB().DBOpen(file)) {
+            ProjectOpened();
+        } else {
+            MsgBox(ModMain::OpenFailureText(file), MsgButtons::Ok, MsgIcon::Critical);
+            NoProject();
+        }
+    });
+}
+
+void frmMain::mnuFileExit_Click() {
+    close();
+}
+
+void frmMain::ToolBar_ButtonClick(const QString& key) {
+    const QString target = m_toolbarTargets.value(key);
+    if (target.isEmpty())
+        return;
+    QAction* action = command(target);
+    if (isBuilt(action))
+        action->trigger();
+}
+
+void frmMain::Form_Unload() {
+    if (m_unloaded)
+        return;
+    m_unloaded = true;
+    Guard("frmMain", "Form_Unload", [&] {
+        const QString path = ModMain::DB().GetDBFilename();
+        if (!path.isEmpty())
+            ModMain::SetLastDB(path);
+        ModMain::DB().DBClose();
+    });
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    Form_Unload();
+    event->accept();
+}

@@ -1,0 +1,83 @@
+#pragma once
+// The main window: menus, toolbar, the timetable grid g, the four resource
+// lists beside it, and the status bar. The work behind each command lives in
+// its subsystem; this class is the frame and the wiring.
+
+#include <QHash>
+#include <QMainWindow>
+#include <QSet>
+
+class FlexGrid;
+class QLabel;
+class QMenu;
+class QToolBar;
+class QWidget;
+
+class frmMain : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit frmMain(QWidget* parent = nullptr);
+    ~frmMain() override;
+
+    // Opens the project named on the command line, else the last one.
+    void Form_Load(const QString& projectFile = QString());
+
+    // Window states.
+    void NoProject();
+    void YesProject();
+    void NoTimetable();
+
+    // After a successful DBOpen: project state, path, lists, first timetable.
+    void ProjectOpened();
+    void ShowProjectPath(const QString& path);
+
+    // File menu.
+    void mnuFileOpenProject_Click();
+    void mnuFileExit_Click();
+
+    // Runs the command of a toolbar button by its key.
+    void ToolBar_ButtonClick(const QString& key);
+
+    // A command by its control name ("mnuFileOpenProject", "tbNew"), for
+    // wiring and for tests.
+    QAction* command(const QString& name) const;
+    // Whether the command has been given its handler.
+    bool isBuilt(QAction* action) const { return m_built.contains(action); }
+
+    FlexGrid* g = nullptr;
+    FlexGrid* gTutor = nullptr;
+    FlexGrid* gSubject = nullptr;
+    FlexGrid* gRoom = nullptr;
+    FlexGrid* gClass = nullptr;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildMenus();
+    void buildToolbar();
+    void buildCentral();
+    void wireCommands();
+    void Form_Unload();
+
+    QAction* addCommand(QMenu* menu, const QString& name, const QString& caption,
+                        const QKeySequence& shortcut = QKeySequence());
+    // Gives a command its handler; only such commands are ever enabled.
+    void on(const QString& name, void (frmMain::*handler)());
+    void setEnabled(QAction* action, bool enabled);
+    void setMenuEnabled(QMenu* menu, bool enabled);
+    void setToolbarEnabled(bool enabled);
+
+    QHash<QString, QAction*> m_commands;
+    QSet<QAction*> m_built;
+    QHash<QString, QString> m_toolbarTargets; // toolbar key -> menu command
+    QMenu* mnuFile = nullptr;
+    QMenu* mnuView = nullptr;
+    QMenu* mnuFormat = nullptr;
+    QMenu* mnuTools = nullptr;
+    QMenu* mnuPeriod = nullptr;
+    QMenu* mnuHelp = nullptr;
+    QToolBar* m_toolbar = nullptr;
+    QLabel* m_statusPath = nullptr;
+    bool m_unloaded = false;
+};

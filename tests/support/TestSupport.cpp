@@ -1,0 +1,125 @@
+#include "support/TestSupport.h"
+
+#include "store/ModMain.h"
+#include "store/TimeText.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTime>
+
+namespace TestSupport {
+
+TestEnv::TestEnv() : m_oldConfig(qgetenv("XDG_CONFIG_HOME")) {
+    QDir().mkpath(m_dir.filePath(QStringLiteral("config")));
+    qputenv("XDG_CONFIG_HOME", m_dir.filePath(QStringLiteral("config")).toLocal8Bit());
+    if (qEnvironmentVariableIsEmpty("VANTOR_APP_DIR"))
+        qputenv("VANTOR_APP_DIR", QByteArray(VANTOR_TEST_APP_DIR));
+    ModMain::DB().DBClose();
+}
+
+TestEnv::~TestEnv() {
+    ModMain::DB().DBClose();
+    if (m_oldConfig.isEmpty())
+        qunsetenv("XDG_CONFIG_HOME");
+    else
+        qputenv("XDG_CONFIG_HOME", m_oldConfig);
+}
+
+QString TestEnv::newProject(const QString& name) const {
+    const QString target = path(name);
+    QFile::remove(target);
+    if (!QFile::copy(Common::AppDir() + QStringLiteral("/blank.db"), target))
+        qFatal("cannot copy blank.db from %s", qPrintable(Common::AppDir()));
+    QFile(target).setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    return target;
+}
+
+QString TestEnv::newProjectWithCalendar(const QStringList& days, const QStringList& startTimes,
+                                        const QString& name) const {
+    const QString file = newProject(name);
+    clsSQLite db;
+    if (!db.DBOpen(file))
+        qFatal("cannot open %s", qPrintable(file));
+    for (int i = 0; i + 1 < startTimes.size(); ++i) {
+        const QTime start = TimeText::Parse(startTimes.at(i));
+        const QTime end = TimeText::Parse(startTimes.at(i + 1));
+        db.Execute(QStringLiteral("INSERT INTO ProjectTimeTitle (StartTime,Duration,Width,Height,"
+                                  "SpecialID,Pos) VALUES ('%1 ', '%2',1600,600,1, %3);")
+                       .arg(TimeText::ToText(start))
+                       .arg(start.secsTo(end) / 60)
+                       .arg(i + 1));
+    }
+    for (int i = 0; i < days.size(); ++i)
+        db.Execute(QStringLiteral("INSERT INTO ProjectDayTitle (DOW,Height,Width,SpecialID,Pos) "
+                                  "VALUES ('%1',600,600,1,%2)")
+                       .arg(Common::SQLReplace(days.at(i)))
+                       .arg(i + 1));
+    db.DBClose();
+    return file;
+}
+
+bool TestEnv::open(const QString& file) const {
+    ModMain::DB().DBClose();
+    return ModMain::DB().DBOpen(file);
+}
+
+MessageRecorder::MessageRecorder() {
+    Common::SetMsgBoxHandler([this](const QString& text, Common::MsgButtons buttons,
+                                    Common::MsgIcon icon, const QString& title) {
+        const ShownMessage shown{text, buttons, icon, title};
+        m_messages.append(shown);
+        if (m_onShow)
+            m_onShow(shown);
+        return m_answers.isEmpty() ? m_default : m_answers.takeFirst();
+    });
+}
+
+MessageRecorder::~MessageRecorder() {
+    Common::SetMsgBoxHandler({});
+}
+
+QStringList MessageRecorder::texts() const {
+    QStringList out;
+    for (const ShownMessage& m : m_messages)
+        out << m.text;
+    return out;
+}
+
+FileDialogRecorder::FileDialogRecorder() {
+    Common::SetFileDialogHandler([this](Common::FileDialogRequest& request) {
+        m_requests.append(request);
+        const QString name = m_names.isEmpty() ? QString() : m_names.takeFirst();
+        if (name.isEmpty())
+            return false;
+        request.fileName = name;
+        return true;
+    });
+}
+
+FileDialogRecorder::~FileDialogRecorder() {
+    Common::SetFileDialogHandler({});
+}
+
+namespace {
+class RecordingReportObject : public ErrorReportObject {
+public:
+    explicit RecordingReportObject(std::shared_ptr<QList<ErrorReport>> reports)
+        : m_reports(std::move(reports)) {}
+    void ErrorHandler(const ErrorReport& report) override { m_reports->append(report); }
+    int Action() const override { return 0; }
+
+private:
+    std::shared_ptr<QList<ErrorReport>> m_reports;
+};
+} // namespace
+
+ErrorRecorder::ErrorRecorder() : m_reports(std::make_shared<QList<ErrorReport>>()) {
+    auto reports = m_reports;
+    SetErrorReportFactory([reports] { return std::make_unique<RecordingReportObject>(reports); });
+}
+
+ErrorRecorder::~ErrorRecorder() {
+    SetErrorReportFactory({});
+}
+
+} // namespace TestSupport
