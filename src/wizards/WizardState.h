@@ -1,0 +1,40 @@
+#pragma once
+// The state the wizard screens share with the loops that drive them. One
+// set serves the project wizard and the new-timetable wizard, as both drive
+// their screens by number.
+
+#include <QString>
+#include <QStringList>
+#include <QTime>
+#include <QVector>
+
+namespace Wizard {
+
+struct State {
+    bool WizardCancel = false;
+    qint16 WizardScreen = 1;
+    qint16 tempWizardScreen = 0;
+
+    // New-timetable wizard.
+    QString WizardType = QStringLiteral("Class");
+    qint32 WizardWhoID = -1;
+    qint16 WizardStyleID = 1;
+    bool WizardShowWelcome = true;
+
+    // Project wizard: chosen days and period boundaries (positions 1..count
+    // in the original; here index 0..count-1).
+    QStringList WizardDOW;
+    QVector<QTime> WizardHours;
+    qint16 WizardHoursCount = 0;
+    qint16 WizardDOWIndex = 0;
+    qint16 WizardHoursIndex = 0;
+    qint16 WizardHourIncIndex = 0;
+    QString WizardFileName;
+};
+
+// The program's one wizard state.
+State& state();
+// Back to a fresh start (tests call this between cases).
+void Reset();
+
+} // namespace Wizard
