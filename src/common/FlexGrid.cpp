@@ -1,7 +1,10 @@
 #include "common/FlexGrid.h"
 
+#include <QAbstractButton>
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QStyleOptionHeader>
 
 namespace {
 constexpr int kDataRole = Qt::UserRole + 1;
@@ -27,6 +30,10 @@ FlexGrid::FlexGrid(QWidget* parent) : QTableWidget(parent) {
     m_rowTwips.resize(1);
     m_colTwips.resize(1);
     m_colAlign.resize(1);
+    // The corner cell is Qt's corner button; paint the heading text on it.
+    m_corner = findChild<QAbstractButton*>();
+    if (m_corner)
+        m_corner->installEventFilter(this);
 }
 
 void FlexGrid::ensureDataSize() {
@@ -143,6 +150,8 @@ void FlexGrid::setTextMatrix(int r, int c, const QString& text) {
     if (r == 0 && c == 0) {
         m_cornerText = text;
         setCornerButtonEnabled(false);
+        if (m_corner)
+            m_corner->update();
         return;
     }
     if (QTableWidgetItem* it = ensureItem(r, c)) {
@@ -305,4 +314,41 @@ void FlexGrid::mousePressEvent(QMouseEvent* event) {
     const QModelIndex idx = indexAt(event->position().toPoint());
     if (idx.isValid())
         Q_EMIT gridMouseDown(idx.row() + 1, idx.column() + 1, event->button());
+}
+
+void FlexGrid::setEmptyText(const QString& text) {
+    m_emptyText = text;
+    viewport()->update();
+}
+
+void FlexGrid::paintEvent(QPaintEvent* event) {
+    QTableWidget::paintEvent(event);
+    if (m_emptyText.isEmpty() || (rowCount() > 0 && columnCount() > 0))
+        return;
+    QPainter p(viewport());
+    p.setPen(palette().color(QPalette::PlaceholderText));
+    QFont f = font();
+    f.setPointSizeF(f.pointSizeF() * 1.15);
+    p.setFont(f);
+    p.drawText(viewport()->rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap,
+               m_emptyText);
+}
+
+bool FlexGrid::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_corner && event->type() == QEvent::Paint) {
+        QPainter p(m_corner);
+        QStyleOptionHeader opt;
+        opt.initFrom(m_corner);
+        opt.rect = m_corner->rect();
+        opt.position = QStyleOptionHeader::OnlyOneSection;
+        opt.orientation = Qt::Horizontal;
+        opt.text = m_cornerText;
+        opt.textAlignment = Qt::AlignCenter;
+        // The corner button is disabled so it cannot select the grid; draw it as a heading.
+        opt.state |= QStyle::State_Enabled | QStyle::State_Raised | QStyle::State_Horizontal;
+        opt.palette.setCurrentColorGroup(QPalette::Active);
+        style()->drawControl(QStyle::CE_Header, &opt, &p, m_corner);
+        return true;
+    }
+    return QTableWidget::eventFilter(watched, event);
 }

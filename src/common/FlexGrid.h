@@ -65,12 +65,18 @@ public:
     // Index of the first body row whose text in column c equals text, or -1.
     int findRow(int c, const QString& text) const;
 
+    // A hint drawn in the empty grid, telling the user what to do next.
+    void setEmptyText(const QString& text);
+    QString emptyText() const { return m_emptyText; }
+
 Q_SIGNALS:
     // A mouse button went down on a body cell, after the cell became current.
     void gridMouseDown(int r, int c, Qt::MouseButton button);
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QTableWidgetItem* item(int r, int c) const;
@@ -85,5 +91,7 @@ private:
     QVector<int> m_rowTwips;
     QVector<int> m_colTwips;
     QString m_cornerText;
+    QString m_emptyText;
+    QWidget* m_corner = nullptr;
     QVector<Qt::Alignment> m_colAlign;
 };

@@ -67,6 +67,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
     setWindowIcon(Icons::App());
     buildMenus();
     buildToolbar();
+    buildTimetableList();
     buildCentral();
     wireCommands();
     resize(1180, 760);
@@ -227,6 +228,14 @@ void frmMain::buildCentral() {
 void frmMain::wireCommands() {
     on(QStringLiteral("mnuFileOpenProject"), &frmMain::mnuFileOpenProject_Click);
     on(QStringLiteral("mnuFileExit"), &frmMain::mnuFileExit_Click);
+    on(QStringLiteral("mnuFileNewProject"), &frmMain::mnuFileNewProject_Click);
+    on(QStringLiteral("mnuHelpContents"), &frmMain::mnuHelpContents_Click);
+    on(QStringLiteral("mnuHelpGettingStarted"), &frmMain::mnuHelpGettingStarted_Click);
+    on(QStringLiteral("mnuFileNew"), &frmMain::mnuFileNew_Click);
+    on(QStringLiteral("mnuFileDelete"), &frmMain::mnuFileDelete_Click);
+    on(QStringLiteral("mnuFormatTimetable"), &frmMain::mnuFormatTimetable_Click);
+    on(QStringLiteral("mnuFormatSameSizeColumns"), &frmMain::mnuFormatSameSizeColumns_Click);
+    on(QStringLiteral("mnuFormatSameSizeRows"), &frmMain::mnuFormatSameSizeRows_Click);
 }
 
 void frmMain::on(const QString& name, void (frmMain::*handler)()) {
@@ -263,6 +272,7 @@ void frmMain::setToolbarEnabled(bool enabled) {
 
 void frmMain::NoTimetable() {
     setWindowTitle(Common::AppTitle());
+    clearTimetable();
     setMenuEnabled(mnuView, false);
     setMenuEnabled(mnuFormat, false);
     setMenuEnabled(mnuTools, false);
@@ -273,6 +283,8 @@ void frmMain::NoTimetable() {
 
 void frmMain::NoProject() {
     NoTimetable();
+    g->setEmptyText(QStringLiteral("No project is open.\n\nChoose File > New Project to set up a "
+                                   "school, or File > Open Project to open one."));
     setToolbarEnabled(false);
     setEnabled(command(QStringLiteral("mnuFileNew")), false);
     setEnabled(command(QStringLiteral("mnuFileOpen")), false);
@@ -281,6 +293,8 @@ void frmMain::NoProject() {
 
 void frmMain::YesProject() {
     setWindowTitle(Common::AppTitle());
+    g->setEmptyText(QStringLiteral("No timetable is shown.\n\nClick New Table on the toolbar to "
+                                   "create a timetable for a class, tutor or room."));
     setMenuEnabled(mnuView, true);
     setMenuEnabled(mnuFormat, true);
     setMenuEnabled(mnuTools, true);
@@ -322,6 +336,7 @@ void frmMain::ProjectOpened() {
     YesProject();
     ShowProjectPath(ModMain::DB().GetDBFilename());
     NoTimetable();
+    showFirstTimetable();
 }
 
 void frmMain::mnuFileOpenProject_Click() {
@@ -333,6 +348,7 @@ void frmMain::mnuFileOpenProject_Click() {
                 QString(), QStringLiteral("Open Vantor Timetable Project"), QStringLiteral("VNPL"),
                 this))
             return;
+        SaveTimetable();
         ModMain::DB().DBClose();
         if (ModMain::DB().DBOpen(file)) {
             ProjectOpened();
@@ -361,6 +377,7 @@ void frmMain::Form_Unload() {
         return;
     m_unloaded = true;
     Guard("frmMain", "Form_Unload", [&] {
+        SaveTimetable();
         const QString path = ModMain::DB().GetDBFilename();
         if (!path.isEmpty())
             ModMain::SetLastDB(path);
