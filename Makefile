@@ -33,10 +33,6 @@ deps:
 	  DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq $$missing; \
 	fi
 
-$(BUILD)/CMakeCache.txt: | deps
-	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) \
-	  -DVANTOR_WERROR=$(WERROR) -DVANTOR_SANITIZE=$(SANITIZE)
-
 configure: deps
 	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) \
 	  -DVANTOR_WERROR=$(WERROR) -DVANTOR_SANITIZE=$(SANITIZE)
