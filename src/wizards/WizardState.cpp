@@ -11,4 +11,18 @@ void Reset() {
     state() = State();
 }
 
+void ClearProjectWizard() {
+    State& s = state();
+    s.WizardCancel = false;
+    s.WizardScreen = 1;
+    s.tempWizardScreen = 0;
+    s.WizardDOW.clear();
+    s.WizardHours.clear();
+    s.WizardHoursCount = 0;
+    s.WizardDOWIndex = 0;
+    s.WizardHoursIndex = 0;
+    s.WizardHourIncIndex = 0;
+    s.WizardFileName.clear();
+}
+
 } // namespace Wizard

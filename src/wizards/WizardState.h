@@ -30,11 +30,16 @@ struct State {
     qint16 WizardHoursIndex = 0;
     qint16 WizardHourIncIndex = 0;
     QString WizardFileName;
+    // Whether New Project opens on its welcome screen; kept for the run.
+    bool WizardProjectWelcome = true;
 };
 
 // The program's one wizard state.
 State& state();
 // Back to a fresh start (tests call this between cases).
 void Reset();
+// What New Project clears before its first screen: the flags, the screen
+// number, the chosen days, times, list entries and file name.
+void ClearProjectWizard();
 
 } // namespace Wizard
