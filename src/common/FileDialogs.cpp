@@ -1,5 +1,7 @@
 #include "common/FileDialogs.h"
 
+#include "common/DateText.h"
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -70,9 +72,9 @@ bool runDialog(bool save, QString& FileName, QString* FileTitle, int flags, cons
     const bool chosen = fileDialogHandler() ? fileDialogHandler()(req) : runQtDialog(req, Owner);
     if (!chosen || req.fileName.isEmpty())
         return false;
-    FileName = (req.flags & OFN::AllowMultiSelect)
-                   ? req.fileName
-                   : AddDefaultExtension(req.fileName, DefaultExt);
+    const QString chosenName = StrZToStr(req.fileName);
+    FileName = (req.flags & OFN::AllowMultiSelect) ? chosenName
+                                                   : AddDefaultExtension(chosenName, DefaultExt);
     if (FileTitle)
         *FileTitle = QFileInfo(FileName.section(QLatin1Char('\n'), 0, 0)).fileName();
     if (FilterIndex)
@@ -103,8 +105,13 @@ QStringList FilterToNameFilters(const QString& filter) {
             if (!patterns.contains(lower))
                 patterns << lower;
         }
-        for (QString& p : patterns)
+        for (QString& p : patterns) {
             p = p.trimmed();
+            // "*.*" means every file, but Qt would skip names without a dot.
+            if (p == QLatin1String("*.*"))
+                p = QStringLiteral("*");
+        }
+        patterns.removeDuplicates();
         // The description usually repeats the pattern in brackets; Qt reads the
         // patterns from there, so replace that part with the full list.
         desc.remove(QRegularExpression(QStringLiteral("\\s*\\([^()]*\\)\\s*$")));
@@ -138,9 +145,9 @@ bool VBGetOpenFileName(QString& FileName, QString* FileTitle, bool FileMustExist
 }
 
 bool VBGetSaveFileName(QString& FileName, QString* FileTitle, bool OverWritePrompt,
-                       bool MultiSelect, bool ReadOnly, bool HideReadOnly, const QString& Filter, int* FilterIndex, const QString& InitDir,
-                       const QString& DlgTitle, const QString& DefaultExt, QWidget* Owner,
-                       int Flags) {
+                       bool MultiSelect, bool ReadOnly, bool HideReadOnly, const QString& Filter,
+                       int* FilterIndex, const QString& InitDir, const QString& DlgTitle,
+                       const QString& DefaultExt, QWidget* Owner, int Flags) {
     const int flags = (OverWritePrompt ? OFN::OverwritePrompt : 0) |
                       (MultiSelect ? OFN::AllowMultiSelect : 0) | (ReadOnly ? OFN::ReadOnly : 0) |
                       (HideReadOnly ? OFN::HideReadOnly : 0) | callerFlags(Flags);
