@@ -1,0 +1,254 @@
+#include "timetable/TimetableGrid.h"
+
+#include "common/FlexGrid.h"
+#include "store/ModMain.h"
+#include "store/TimeText.h"
+#include "timetable/SlotLookup.h"
+#include "timetable/TimetableState.h"
+#include "timetable/TimetableText.h"
+
+#include <QFontMetrics>
+#include <QHeaderView>
+
+namespace ModMain {
+
+namespace {
+const QColor kOrdinary(255, 255, 255);
+const QColor kSpecial(224, 244, 250);
+constexpr int kHeadingTwips = 500;
+constexpr int kPaddingPx = 12;
+// Cell text longer than this wraps instead of widening its column further.
+constexpr int kWidestAutoColumnTwips = 2400;
+
+// Colour numbers are stored as red + 256 * green + 65536 * blue.
+QColor colourFromNumber(qint64 n) {
+    return QColor(int(n & 0xFF), int((n >> 8) & 0xFF), int((n >> 16) & 0xFF));
+}
+
+QFont fontFrom(const QString& family, int size, const QFont& fallback, bool bold) {
+    QFont f = fallback;
+    if (!family.trimmed().isEmpty())
+        f.setFamily(family.trimmed());
+    if (size > 0)
+        f.setPointSize(size);
+    f.setBold(bold);
+    return f;
+}
+
+void setHeaderColour(QHeaderView* header, const QColor& colour) {
+    QPalette p = header->palette();
+    p.setColor(QPalette::ButtonText, colour);
+    p.setColor(QPalette::WindowText, colour);
+    header->setPalette(p);
+}
+
+// The timetable's own fonts and colours: cells in the period font, the
+// heading row and column in theirs.
+void applyStyle(FlexGrid& g, qint32 id) {
+    auto rs = DB().Execute(QStringLiteral("SELECT ColHeadFont, ColHeadFontSize, ColHeadForeground, "
+                                          "RowHeadFont, RowHeadFontSize, RowHeadForeground, "
+                                          "PeriodFont, PeriodFontSize, PeriodForeground FROM "
+                                          "Timetable WHERE id = %1;")
+                               .arg(id));
+    if (rs.eof())
+        return;
+    const QFont base = g.parentWidget() ? g.parentWidget()->font() : g.font();
+    g.setFont(fontFrom(rs.Field("PeriodFont").toString(), rs.Field("PeriodFontSize").toInt(), base,
+                       false));
+    QPalette p = g.palette();
+    p.setColor(QPalette::Text, colourFromNumber(rs.Field("PeriodForeground").toLongLong()));
+    g.setPalette(p);
+    g.horizontalHeader()->setFont(fontFrom(rs.Field("ColHeadFont").toString(),
+                                           rs.Field("ColHeadFontSize").toInt(), base, true));
+    setHeaderColour(g.horizontalHeader(),
+                    colourFromNumber(rs.Field("ColHeadForeground").toLongLong()));
+    g.verticalHeader()->setFont(fontFrom(rs.Field("RowHeadFont").toString(),
+                                         rs.Field("RowHeadFontSize").toInt(), base, true));
+    setHeaderColour(g.verticalHeader(),
+                    colourFromNumber(rs.Field("RowHeadForeground").toLongLong()));
+}
+
+int textWidth(const QFont& font, const QString& text) {
+    const QFontMetrics fm(font);
+    int widest = 0;
+    for (const QString& line : text.split(QStringLiteral("\r\n")))
+        widest = std::max(widest, fm.horizontalAdvance(line));
+    return widest;
+}
+
+// Stored sizes are kept unless they would cut a heading or a cell's three
+// lines; only then is a row or column made larger.
+void fitToText(FlexGrid& g) {
+    const QFont colHead = g.horizontalHeader()->font();
+    const QFont rowHead = g.verticalHeader()->font();
+    const int lineHeight = QFontMetrics(g.font()).lineSpacing();
+    const int widestAuto = g.twipsToPixels(kWidestAutoColumnTwips);
+
+    int headingColumn = g.twipsToPixels(kHeadingTwips);
+    for (int r = 1; r < g.rows(); ++r)
+        headingColumn = std::max(headingColumn, textWidth(rowHead, g.textMatrix(r, 0)) + kPaddingPx);
+    if (headingColumn > g.twipsToPixels(g.colWidthTwips(0)))
+        g.setColWidthTwips(0, g.pixelsToTwips(headingColumn));
+
+    const int headingRow = QFontMetrics(colHead).lineSpacing() + kPaddingPx;
+    if (headingRow > g.twipsToPixels(g.rowHeightTwips(0)))
+        g.setRowHeightTwips(0, g.pixelsToTwips(headingRow));
+
+    for (int c = 1; c < g.cols(); ++c) {
+        int need = textWidth(colHead, g.textMatrix(0, c));
+        for (int r = 1; r < g.rows(); ++r)
+            need = std::max(need, std::min(textWidth(g.font(), g.textMatrix(r, c)), widestAuto));
+        need += kPaddingPx;
+        if (need > g.twipsToPixels(g.colWidthTwips(c)))
+            g.setColWidthTwips(c, g.pixelsToTwips(need));
+    }
+    const int threeLines = 3 * lineHeight + kPaddingPx;
+    for (int r = 1; r < g.rows(); ++r)
+        if (threeLines > g.twipsToPixels(g.rowHeightTwips(r)))
+            g.setRowHeightTwips(r, g.pixelsToTwips(threeLines));
+}
+
+// Adds a body row (across = false) or column (across = true) for one title;
+// a row takes the title's height, a column its width.
+void addLine(FlexGrid& g, bool across, qint32 id, const QString& heading, int height, int width) {
+    if (across) {
+        const int index = g.cols();
+        g.setCols(index + 1);
+        g.setColData(index, id);
+        g.setTextMatrix(0, index, heading);
+        g.setColWidthTwips(index, width);
+    } else {
+        const int index = g.rows();
+        g.setRows(index + 1);
+        g.setRowData(index, id);
+        g.setTextMatrix(index, 0, heading);
+        g.setRowHeightTwips(index, height);
+    }
+}
+} // namespace
+
+void RefreshTable(FlexGrid& g) {
+    Timetable::State& tt = Timetable::current();
+    const QString id = QString::number(tt.ID);
+    g.clearGrid();
+    g.setRows(1);
+    g.setCols(1);
+    auto rs = DB().Execute(
+        QStringLiteral("SELECT id, type, TimeOnTop, Title FROM Timetable WHERE id = ") + id +
+        QLatin1Char(';'));
+    if (!rs.eof()) {
+        tt.Type = rs.Field("Type").toString();
+        tt.TimeOnTop = rs.Field("TimeOnTop").toBool();
+        tt.Title = rs.Field("Title").toString();
+    }
+    applyStyle(g, tt.ID);
+    g.setRowHeightTwips(0, kHeadingTwips);
+    g.setColWidthTwips(0, kHeadingTwips);
+    const bool onTop = tt.TimeOnTop;
+
+    for (auto days = DB().Execute(QStringLiteral("SELECT id, DOW, Height, Width, SpecialID FROM "
+                                                 "DayTitle WHERE TimetableID = ") +
+                                  id + QStringLiteral(" ORDER BY pos;"));
+         !days.eof(); days.MoveNext())
+        addLine(g, !onTop, days.Field("id").toInt(), days.Field("DOW").toString(),
+                days.Field("Height").toInt(), days.Field("Width").toInt());
+
+    for (auto times = DB().Execute(QStringLiteral("SELECT id, StartTime, Duration, Height, Width, "
+                                                  "SpecialID FROM TimeTitle WHERE TimetableID = ") +
+                                   id + QStringLiteral(" ORDER BY pos;"));
+         !times.eof(); times.MoveNext()) {
+        QString heading;
+        const int special = times.Field("SpecialID").toInt();
+        if (special == 1)
+            heading = FormatTimeTitle(TimeText::Parse(times.Field("StartTime").toString()),
+                                      times.Field("Duration").toInt());
+        else if (special == 3)
+            heading = QStringLiteral("Lunch");
+        addLine(g, onTop, times.Field("id").toInt(), heading, times.Field("Height").toInt(),
+                times.Field("Width").toInt());
+    }
+
+    for (int c = 1; c < g.cols(); ++c)
+        g.setColAlignment(c, Qt::AlignCenter);
+    for (auto slots = DB().Execute(QStringLiteral("SELECT id,TimetableID,StartTime,Duration,DOW,"
+                                                  "SpecialID,DayTitleID,TimeTitleID FROM Slot "
+                                                  "WHERE TimetableID = ") +
+                                   id + QLatin1Char(';'));
+         !slots.eof(); slots.MoveNext())
+        RefreshCell(g, onTop, slots.Field("DayTitleID").toInt(), slots.Field("TimeTitleID").toInt(),
+                    slots.Field("id").toInt(), slots.Field("SpecialID").toInt(), tt.Type);
+    fitToText(g);
+}
+
+void RefreshCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeTitleID,
+                 qint32 SlotID, qint32 SpecialID, const QString& Type) {
+    if (SpecialID == -1)
+        SpecialID = DB().Execute(QStringLiteral("SELECT specialid FROM slot WHERE id = %1").arg(SlotID))
+                        .Field("SpecialID")
+                        .toInt();
+    const qint32 colID = TimeOnTop ? TimeTitleID : DayTitleID;
+    const qint32 rowID = TimeOnTop ? DayTitleID : TimeTitleID;
+    int c = 1;
+    while (c < Grid.cols() && Grid.colData(c) != colID)
+        ++c;
+    int r = 1;
+    while (r < Grid.rows() && Grid.rowData(r) != rowID)
+        ++r;
+    if (c >= Grid.cols() || r >= Grid.rows())
+        return;
+    Grid.setRowCol(r, c);
+    Grid.setCellData(r, c, SlotID);
+    if (SpecialID == 1) {
+        Grid.setTextMatrix(r, c, FormatSlotText(SlotID, Type));
+        Grid.setCellBackColor(r, c, kOrdinary);
+    } else {
+        Grid.setTextMatrix(r, c, QString());
+        Grid.setCellBackColor(r, c, kSpecial);
+    }
+}
+
+qint32 DoCurrentTimetableCreateGetSlot(FlexGrid& Grid) {
+    const int r = Grid.row(), c = Grid.col();
+    if (const qint32 existing = Grid.cellData(r, c); existing != 0)
+        return existing;
+    const bool onTop = Timetable::current().TimeOnTop;
+    const qint32 dayTitleID = onTop ? Grid.rowData(r) : Grid.colData(c);
+    const qint32 timeTitleID = onTop ? Grid.colData(c) : Grid.rowData(r);
+    if (dayTitleID == 0 || timeTitleID == 0)
+        return -1;
+    const qint32 slot = CreateSlotAt(Timetable::current().ID, dayTitleID, timeTitleID);
+    Grid.setCellData(r, c, slot);
+    return slot;
+}
+
+void SaveTimetable(const FlexGrid& Grid) {
+    const Timetable::State& tt = Timetable::current();
+    if (tt.ID == 0)
+        return;
+    const QString columns = tt.TimeOnTop ? QStringLiteral("UPDATE TimeTitle SET width = ")
+                                         : QStringLiteral("UPDATE DayTitle SET width = ");
+    const QString rows = tt.TimeOnTop ? QStringLiteral("UPDATE DayTitle SET height = ")
+                                      : QStringLiteral("UPDATE TimeTitle SET height = ");
+    DB().Execute(QStringLiteral("BEGIN;"));
+    for (int c = 1; c < Grid.cols(); ++c)
+        DB().Execute(columns + QString::number(Grid.colWidthTwips(c)) +
+                     QStringLiteral(" WHERE id = ") + QString::number(Grid.colData(c)));
+    for (int r = 1; r < Grid.rows(); ++r)
+        DB().Execute(rows + QString::number(Grid.rowHeightTwips(r)) +
+                     QStringLiteral(" WHERE id = ") + QString::number(Grid.rowData(r)));
+    DB().Execute(QStringLiteral("COMMIT;"));
+}
+
+void SetSameColumnWidths(FlexGrid& Grid) {
+    const int lWidth = Grid.colWidthTwips(Grid.col());
+    for (int c = 1; c < Grid.cols(); ++c)
+        Grid.setColWidthTwips(c, lWidth);
+}
+
+void SetSameRowHeights(FlexGrid& Grid) {
+    const int lHeight = Grid.rowHeightTwips(Grid.row());
+    for (int r = 1; r < Grid.rows(); ++r)
+        Grid.setRowHeightTwips(r, lHeight);
+}
+
+} // namespace ModMain

@@ -1,0 +1,18 @@
+#pragma once
+// The texts of a timetable grid: what a cell shows and how a period heading reads.
+
+#include <QString>
+#include <QTime>
+
+namespace ModMain {
+
+// The cell text of a slot: three lines joined by "\r\n", chosen by the
+// timetable type; lines stay when their list is empty.
+QString FormatSlotText(qint32 SlotID, const QString& Type);
+// "9:00 - 10:00": start and end of a period in the current clock style.
+QString FormatTimeTitle(const QTime& StartTime, qint32 Duration);
+// One clock time in the current timetable's style; the 12-hour form carries
+// no AM/PM mark.
+QString StripAMPM(const QTime& Time);
+
+} // namespace ModMain
