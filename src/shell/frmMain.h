@@ -11,6 +11,7 @@ class FlexGrid;
 class QLabel;
 class QMenu;
 class QToolBar;
+class QToolButton;
 class QWidget;
 
 class frmMain : public QMainWindow {
@@ -37,6 +38,19 @@ public:
 
     // Runs the command of a toolbar button by its key.
     void ToolBar_ButtonClick(const QString& key);
+
+    // Timetables: creating, deleting, showing and formatting them.
+    void DoNewTimeTableWizard();
+    void mnuFileNew_Click();
+    void mnuFileDelete_Click();
+    void mnuFormatTimetable_Click();
+    void mnuFormatSameSizeColumns_Click();
+    void mnuFormatSameSizeRows_Click();
+    void LoadTimetable(qint32 TimetableID);
+    void RefreshTable();
+    // Writes the grid's row heights and column widths of the shown timetable.
+    void SaveTimetable();
+    void RefreshToolbarTimetables();
 
     // A command by its control name ("mnuFileOpenProject", "tbNew"), for
     // wiring and for tests.
@@ -67,6 +81,13 @@ private:
     void setEnabled(QAction* action, bool enabled);
     void setMenuEnabled(QMenu* menu, bool enabled);
     void setToolbarEnabled(bool enabled);
+    // The toolbar's drop-down of timetables.
+    void buildTimetableList();
+    // The empty grid and no current timetable.
+    void clearTimetable();
+    // Refreshes the timetable list and shows the project's first timetable.
+    void showFirstTimetable();
+    void showResourceLists(const QString& type);
 
     QHash<QString, QAction*> m_commands;
     QSet<QAction*> m_built;
@@ -78,6 +99,7 @@ private:
     QMenu* mnuPeriod = nullptr;
     QMenu* mnuHelp = nullptr;
     QToolBar* m_toolbar = nullptr;
+    QToolButton* tbTimetables = nullptr;
     QLabel* m_statusPath = nullptr;
     bool m_unloaded = false;
 };

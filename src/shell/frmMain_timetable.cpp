@@ -1,0 +1,260 @@
+// frmMain's timetable commands: the grid, the toolbar's timetable list, the
+// new-timetable wizard, deleting and formatting. The work itself lives in
+// timetable/, wizards/ and scheduling/.
+
+#include "shell/frmMain.h"
+
+#include "common/Common.h"
+#include "common/FlexGrid.h"
+#include "scheduling/ResourceLists.h"
+#include "shell/ErrorHandler.h"
+#include "store/ModMain.h"
+#include "timetable/TimetableGrid.h"
+#include "timetable/TimetableRecords.h"
+#include "timetable/TimetableState.h"
+#include "timetable/frmFormatTimeTable.h"
+#include "wizards/NewTimetableWizard.h"
+#include "wizards/WizardState.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QToolBar>
+#include <QToolButton>
+
+using Common::MsgBox;
+using Common::MsgButtons;
+using Common::MsgIcon;
+using Common::MsgResult;
+
+namespace {
+class WaitCursor {
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { restore(); }
+    void restore() {
+        if (m_set)
+            QApplication::restoreOverrideCursor();
+        m_set = false;
+    }
+
+private:
+    bool m_set = true;
+};
+} // namespace
+
+void frmMain::buildTimetableList() {
+    m_toolbar->addSeparator();
+    tbTimetables = new QToolButton(m_toolbar);
+    tbTimetables->setObjectName(QStringLiteral("tbTimetables"));
+    tbTimetables->setText(QStringLiteral("Timetables"));
+    tbTimetables->setToolTip(QStringLiteral("Show another timetable"));
+    tbTimetables->setPopupMode(QToolButton::InstantPopup);
+    tbTimetables->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    tbTimetables->setMenu(new QMenu(tbTimetables));
+    tbTimetables->menu()->setObjectName(QStringLiteral("mnuTimetables"));
+    tbTimetables->setEnabled(false);
+    m_toolbar->addWidget(tbTimetables);
+}
+
+void frmMain::RefreshToolbarTimetables() {
+    Guard("frmMain", "RefreshToolbarTimetables", [&] {
+        QMenu* menu = tbTimetables->menu();
+        menu->clear();
+        tbTimetables->setText(QStringLiteral("Timetables"));
+        if (!ModMain::DB().IsDBOpen()) {
+            tbTimetables->setEnabled(false);
+            return;
+        }
+        const qint32 current = Timetable::current().ID;
+        for (auto rs = ModMain::DB().Execute(QStringLiteral(
+                 "SELECT id, type, classid, roomid, tutorid, subjectid FROM timetable;"));
+             !rs.eof(); rs.MoveNext()) {
+            const qint32 id = rs.Field("id").toInt();
+            const QString key = QStringLiteral("k") + QString::number(id);
+            QString text = ModMain::GetTimetableName(id);
+            if (id == current) {
+                tbTimetables->setText(text);
+                text += QStringLiteral(" - Selected");
+            }
+            QAction* entry = menu->addAction(text);
+            entry->setObjectName(key);
+            entry->setData(key);
+            // Queued: loading rebuilds this menu, which must not delete the
+            // entry while it is still announcing its own click.
+            connect(entry, &QAction::triggered, this, [this, id] { LoadTimetable(id); },
+                    Qt::QueuedConnection);
+        }
+        tbTimetables->setEnabled(!menu->isEmpty());
+    });
+}
+
+void frmMain::clearTimetable() {
+    g->clearGrid();
+    g->setRows(1);
+    g->setCols(1);
+    Timetable::current().ID = 0;
+    Timetable::current().Loaded = false;
+    if (tbTimetables)
+        tbTimetables->setText(QStringLiteral("Timetables"));
+}
+
+void frmMain::showFirstTimetable() {
+    RefreshToolbarTimetables();
+    auto rs = ModMain::DB().Execute(QStringLiteral("SELECT ID FROM Timetable;"));
+    if (!rs.eof())
+        LoadTimetable(rs.Field("id").toInt());
+}
+
+void frmMain::showResourceLists(const QString& type) {
+    // A timetable never lists its own kind: a class is not put into a class.
+    const struct {
+        FlexGrid* list;
+        const char* label;
+        const char* kind;
+    } lists[] = {{gTutor, "lblTutor", "Tutor"},
+                 {gSubject, "lblSubject", "Subject"},
+                 {gRoom, "lblRoom", "Room"},
+                 {gClass, "lblClass", "Class"}};
+    for (const auto& l : lists) {
+        const bool shown = type != QLatin1String(l.kind);
+        l.list->setVisible(shown);
+        if (auto* label = findChild<QLabel*>(QString::fromLatin1(l.label)))
+            label->setVisible(shown);
+    }
+}
+
+void frmMain::LoadTimetable(qint32 TimetableID) {
+    Guard("frmMain", "LoadTimetable", [&] {
+        const int row = g->row(), col = g->col();
+        SaveTimetable();
+        Timetable::State& tt = Timetable::current();
+        tt.ID = TimetableID;
+        auto rs = ModMain::DB().Execute(
+            QStringLiteral("SELECT ID, TimeOnTop, Time12Hour, Type, Title, ClassID, RoomID, "
+                           "TutorID, SubjectID FROM Timetable WHERE ID = ") +
+            QString::number(TimetableID));
+        if (rs.eof())
+            return;
+        for (QMenu* menu : {mnuView, mnuFormat, mnuTools, mnuPeriod})
+            setMenuEnabled(menu, true);
+        setToolbarEnabled(true);
+        setEnabled(command(QStringLiteral("mnuFileDelete")), true);
+        setEnabled(command(QStringLiteral("mnuFilePrintPreview")), true);
+        tt.Loaded = false;
+        tt.TimeOnTop = rs.Field("TimeOnTop").toBool();
+        tt.Type = rs.Field("Type").toString();
+        tt.Time12Hour = rs.Field("Time12Hour").toBool();
+
+        const struct {
+            const char* type;
+            const char* sql;
+            const char* idColumn;
+        } owners[] = {{"Class", "SELECT name FROM class WHERE id = ", "ClassID"},
+                      {"Tutor", "SELECT name FROM tutor WHERE id = ", "TutorID"},
+                      {"Room", "SELECT name FROM Room WHERE id = ", "RoomID"}};
+        for (const auto& o : owners) {
+            if (tt.Type != QLatin1String(o.type))
+                continue;
+            const QString name = ModMain::DB()
+                                     .Execute(QString::fromLatin1(o.sql) +
+                                              rs.Field(o.idColumn).toString())
+                                     .Field("name")
+                                     .toString();
+            tt.Title = QString::fromLatin1(o.type) + QLatin1Char(' ') + name;
+        }
+        showResourceLists(tt.Type);
+
+        ModMain::RefreshTutorList(*gTutor);
+        ModMain::RefreshSubjectList(*gSubject);
+        ModMain::RefreshRoomList(*gRoom);
+        ModMain::RefreshClassList(*gClass);
+        RefreshTable();
+        RefreshToolbarTimetables();
+
+        setWindowTitle(Common::AppTitle() + QStringLiteral(" - ") +
+                       ModMain::GetTimetableName(TimetableID));
+        tt.Loaded = true;
+        g->setRowCol(std::clamp(row, 1, std::max(1, g->rows() - 1)),
+                     std::clamp(col, 1, std::max(1, g->cols() - 1)));
+    });
+}
+
+void frmMain::RefreshTable() {
+    Guard("frmMain", "RefreshTable", [&] { ModMain::RefreshTable(*g); });
+}
+
+void frmMain::SaveTimetable() {
+    Guard("frmMain", "SaveTimetable", [&] { ModMain::SaveTimetable(*g); });
+}
+
+void frmMain::mnuFileNew_Click() {
+    Wizard::state().WizardType = QStringLiteral("Class");
+    Wizard::state().WizardWhoID = -1;
+    DoNewTimeTableWizard();
+}
+
+void frmMain::DoNewTimeTableWizard() {
+    Guard("frmMain", "DoNewTimeTableWizard", [&] {
+        if (!Wizard::RunNewTimetableScreens(this))
+            return;
+        WaitCursor wait;
+        const qint32 id = ModMain::CreateTimetableFromWizard();
+        if (id == 0)
+            return;
+        LoadTimetable(id);
+        RefreshToolbarTimetables();
+        if (Wizard::state().WizardType != QLatin1String("Class") || !ModMain::HasRealSubjects())
+            return;
+        wait.restore();
+        if (MsgBox(QStringLiteral("Would you like to run the Auto Fill Wizard to fill your "
+                                  "timetable?"),
+                   MsgButtons::YesNo, MsgIcon::Question) != MsgResult::Yes)
+            return;
+        if (QAction* autoFill = command(QStringLiteral("mnuToolsAutoFill")); isBuilt(autoFill))
+            autoFill->trigger();
+    });
+}
+
+void frmMain::mnuFileDelete_Click() {
+    Guard("frmMain", "mnuFileDelete_Click", [&] {
+        if (MsgBox(QStringLiteral("Delete current timetable?"), MsgButtons::YesNo,
+                   MsgIcon::Question) != MsgResult::Yes)
+            return;
+        WaitCursor wait;
+        ModMain::DeleteTimetable(Timetable::current().ID);
+        Timetable::current().ID = 0;
+        auto rs = ModMain::DB().Execute(QStringLiteral("SELECT id FROM timetable"));
+        if (rs.eof())
+            NoTimetable();
+        else
+            LoadTimetable(rs.Field("id").toInt());
+        RefreshToolbarTimetables();
+    });
+}
+
+void frmMain::mnuFormatTimetable_Click() {
+    Guard("frmMain", "mnuFormatTimetable_Click", [&] {
+        frmFormatTimeTable dialog([this] { LoadTimetable(Timetable::current().ID); }, this);
+        dialog.exec();
+    });
+}
+
+void frmMain::mnuFormatSameSizeColumns_Click() {
+    Guard("frmMain", "mnuFormatSameSizeColumns_Click", [&] {
+        if (MsgBox(QStringLiteral("Set all columns to the same width?"), MsgButtons::YesNoCancel,
+                   MsgIcon::Question) == MsgResult::Yes)
+            ModMain::SetSameColumnWidths(*g);
+        ModMain::SaveTimetable(*g);
+    });
+}
+
+void frmMain::mnuFormatSameSizeRows_Click() {
+    Guard("frmMain", "mnuFormatSameSizeRows_Click", [&] {
+        // Unlike the columns, the heights are saved with the next load or exit.
+        if (MsgBox(QStringLiteral("Set all rows to the same height?"), MsgButtons::YesNoCancel,
+                   MsgIcon::Question) == MsgResult::Yes)
+            ModMain::SetSameRowHeights(*g);
+    });
+}
