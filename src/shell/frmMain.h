@@ -35,6 +35,10 @@ public:
     // File menu.
     void mnuFileOpenProject_Click();
     void mnuFileExit_Click();
+    // New Project, and the help window.
+    void mnuFileNewProject_Click();
+    void mnuHelpContents_Click();
+    void mnuHelpGettingStarted_Click();
 
     // Runs the command of a toolbar button by its key.
     void ToolBar_ButtonClick(const QString& key);

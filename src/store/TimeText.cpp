@@ -8,6 +8,14 @@ QString ToText(const QTime& time) {
     return time.toString(QStringLiteral("HH:mm:ss"));
 }
 
+QString To12Hour(const QTime& time) {
+    const int hour12 = time.hour() % 12 == 0 ? 12 : time.hour() % 12;
+    return QStringLiteral("%1:%2%3")
+        .arg(hour12)
+        .arg(time.minute(), 2, 10, QLatin1Char('0'))
+        .arg(time.hour() < 12 ? QLatin1String("am") : QLatin1String("pm"));
+}
+
 QTime Parse(const QString& text) {
     static const QRegularExpression re(
         QStringLiteral("^\\s*(\\d{1,2})[:.](\\d{2})(?:[:.](\\d{2}))?(?:\\s*([aApP])\\.?\\s*[mM]\\.?)?\\s*$"));
