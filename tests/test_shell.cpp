@@ -4,6 +4,7 @@
 #include "common/FlexGrid.h"
 #include "common/Settings.h"
 #include "shell/ErrorHandler.h"
+#include "shell/frmHelp.h"
 #include "shell/frmMain.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
@@ -14,7 +15,9 @@
 #include <QLabel>
 #include <QMenu>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSettings>
+#include <QTextBrowser>
 #include <QToolBar>
 #include <QtTest>
 
@@ -84,6 +87,10 @@ private Q_SLOTS:
     void guardReturnsFallback();
     void commandLine_data();
     void commandLine();
+    void helpCommandsOpenTopics_data();
+    void helpCommandsOpenTopics();
+    void helpPagesLinkToPagesThatExist();
+    void helpMissingSaysSo();
 };
 
 void TestShell::startsWithoutProject() {
@@ -373,6 +380,76 @@ void TestShell::commandLine() {
     QCOMPARE(p.exitCode(), exitCode);
     const QString all = QString::fromLocal8Bit(p.readAllStandardOutput() + p.readAllStandardError());
     QVERIFY2(all.contains(output), qPrintable(all));
+}
+
+void TestShell::helpCommandsOpenTopics_data() {
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("contents") << "mnuHelpContents" << "index.html" << "Vantor Planner Help";
+    QTest::newRow("tutorial") << "mnuHelpGettingStarted" << "getting-started.html"
+                              << "Getting started";
+}
+
+void TestShell::helpCommandsOpenTopics() {
+    QFETCH(QString, command);
+    QFETCH(QString, page);
+    QFETCH(QString, title);
+    TestEnv env;
+    frmMain w;
+    w.Form_Load();
+    QAction* action = w.command(command);
+    QVERIFY(action->isEnabled());
+    action->trigger();
+    frmHelp* help = frmHelp::instance();
+    QVERIFY(help);
+    QVERIFY(help->isVisible());
+    auto* browser = help->findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
+    QVERIFY(browser);
+    QCOMPARE(browser->source().fileName(), page);
+    QCOMPARE(browser->documentTitle(), title);
+    // A second command reuses the one window.
+    w.command(QStringLiteral("mnuHelpContents"))->trigger();
+    QCOMPARE(frmHelp::instance(), help);
+    QCOMPARE(browser->source().fileName(), QStringLiteral("index.html"));
+    delete help;
+}
+
+void TestShell::helpPagesLinkToPagesThatExist() {
+    TestEnv env;
+    const QDir dir(frmHelp::HelpDir());
+    QVERIFY2(dir.exists(QStringLiteral("index.html")), qPrintable(dir.path()));
+    QCOMPARE(frmHelp::TopicPage(frmHelp::kGettingStarted), QStringLiteral("getting-started.html"));
+    QCOMPARE(frmHelp::TopicPage(frmHelp::kContents), QStringLiteral("index.html"));
+    QSet<QString> linked;
+    static const QRegularExpression href(QStringLiteral("href=\"([^\"#]+)"));
+    for (const QString& page : dir.entryList({QStringLiteral("*.html")})) {
+        QFile f(dir.filePath(page));
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        const QString html = QString::fromUtf8(f.readAll());
+        for (auto it = href.globalMatch(html); it.hasNext();) {
+            const QString target = it.next().captured(1);
+            QVERIFY2(dir.exists(target), qPrintable(page + QStringLiteral(" -> ") + target));
+            linked << target;
+        }
+    }
+    // Every topic is reachable from the pages, and every topic page is there.
+    for (int id = 1; !frmHelp::TopicPage(id).isEmpty(); ++id) {
+        QVERIFY2(dir.exists(frmHelp::TopicPage(id)), qPrintable(frmHelp::TopicPage(id)));
+        QVERIFY2(linked.contains(frmHelp::TopicPage(id)), qPrintable(frmHelp::TopicPage(id)));
+    }
+}
+
+void TestShell::helpMissingSaysSo() {
+    TestEnv env;
+    const QByteArray appDir = qgetenv("VANTOR_APP_DIR");
+    qputenv("VANTOR_APP_DIR", env.dir().toLocal8Bit());
+    frmHelp help;
+    help.showTopic(frmHelp::kGettingStarted);
+    qputenv("VANTOR_APP_DIR", appDir);
+    const QString text = help.txtHelp->toPlainText();
+    QVERIFY2(text.contains(QStringLiteral("Help is not available")), qPrintable(text));
+    QVERIFY2(text.contains(env.dir() + QStringLiteral("/help")), qPrintable(text));
 }
 
 QTEST_MAIN(TestShell)

@@ -1,10 +1,15 @@
 #include "shell/Main.h"
 
 #include "common/Common.h"
+#include "common/Settings.h"
+#include "shell/frmHelp.h"
 #include "shell/frmMain.h"
+#include "store/ModMain.h"
 
 #include <QApplication>
+#include <QAction>
 #include <QFileInfo>
+#include <QTimer>
 #include <cstdio>
 #include <cstring>
 
@@ -26,6 +31,29 @@ const char* const kUsage =
 
 bool RunningFromIDE() {
     return g_runningFromIDE;
+}
+
+void DoFirstRun(frmMain& main) {
+    const QString app = QString::fromLatin1(Common::kConfigApp);
+    const QString section = QStringLiteral("Config");
+    const QString key = QStringLiteral("FirstRun");
+    const QString value = Common::GetSetting(app, section, key, QStringLiteral("True"));
+    if (value.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0 || value == QLatin1String("0"))
+        return;
+    // Written first, so a crash during the first run does not ask again.
+    Common::SaveSetting(app, section, key, QStringLiteral("False"));
+    const Common::MsgResult answer = Common::MsgBox(
+        QStringLiteral("We've noticed that this is the first time you have launched Vantor "
+                       "Planner. You may find it useful to follow the getting started tutorial. "
+                       "Would you like to view it now?"),
+        Common::MsgButtons::YesNoCancel, Common::MsgIcon::Question);
+    if (answer == Common::MsgResult::Yes)
+        frmHelp::ShowHelp(frmHelp::kGettingStarted);
+    if (QAction* newProject = main.command(QStringLiteral("mnuFileNewProject"));
+        main.isBuilt(newProject))
+        newProject->trigger();
+    if (!DB().IsDBOpen())
+        main.NoProject();
 }
 
 int Main(int argc, char** argv) {
@@ -63,6 +91,8 @@ int Main(int argc, char** argv) {
     frmMain window;
     window.show();
     window.Form_Load(projectFile.isEmpty() ? QString() : QFileInfo(projectFile).absoluteFilePath());
+    // Once the window is on screen.
+    QTimer::singleShot(0, &window, [&window] { DoFirstRun(window); });
     return QApplication::exec();
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 // The program's start-up: command line, main window, project.
 
+class frmMain;
+
 namespace ModMain {
 
 // Runs the program; returns its exit code.
@@ -9,5 +11,9 @@ int Main(int argc, char** argv);
 // True when started from a development build tree (VANTOR_DEVELOPMENT set),
 // recorded once at start-up for the error reporter.
 bool RunningFromIDE();
+
+// On the very first start: offers the getting-started tutorial, then New
+// Project. Does nothing on later starts.
+void DoFirstRun(frmMain& main);
 
 } // namespace ModMain
