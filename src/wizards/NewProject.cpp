@@ -11,8 +11,10 @@
 #include "wizards/WizardState.h"
 
 #include <QAction>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 using Common::MsgBox;
 using Common::MsgButtons;
@@ -37,15 +39,19 @@ void showScreen(frmMain& main) {
 bool chooseProjectFile(frmMain& main) {
     Wizard::State& s = Wizard::state();
     QString file = s.WizardFileName;
+    // Start where people keep their documents, not wherever the program was started from.
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString initDir = QFileInfo(documents).isDir() ? documents : QDir::homePath();
     if (!Common::VBGetSaveFileName(file, nullptr, true, false, false, true,
                                    QStringLiteral("Vantor Timetable Project (*.VNPL)|*.VNPL"),
-                                   nullptr, QString(), QStringLiteral("Save Project As"),
+                                   nullptr, initDir, QStringLiteral("Save Project As"),
                                    QStringLiteral("VNPL"), &main)) {
         s.WizardCancel = true;
         return false;
     }
     s.WizardFileName = file;
     ++s.WizardScreen;
+    main.SaveTimetable();
     DB().DBClose();
     QString error;
     if (!CopyBlankProject(file, &error)) {

@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -208,8 +209,20 @@ frmScr_Project_CustomDOW::frmScr_Project_CustomDOW(QWidget* parent)
     lstDays = ui.list;
     cmdRemove = ui.remove;
     connect(cmdAdd, &QPushButton::clicked, this, &frmScr_Project_CustomDOW::cmdAdd_Click);
-    connect(txtDay, &QLineEdit::returnPressed, this, &frmScr_Project_CustomDOW::cmdAdd_Click);
+    txtDay->installEventFilter(this);
+    txtTitle->setFocus();
     connect(cmdRemove, &QPushButton::clicked, this, &frmScr_Project_CustomDOW::cmdRemove_Click);
+}
+
+bool frmScr_Project_CustomDOW::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == txtDay && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            cmdAdd_Click();
+            return true;
+        }
+    }
+    return WizardPage::eventFilter(watched, event);
 }
 
 void frmScr_Project_CustomDOW::cmdAdd_Click() {
@@ -349,6 +362,7 @@ frmScr_Project_CustomHours::frmScr_Project_CustomHours(QWidget* parent)
     cmdAdd = ui.add;
     lstHour = ui.list;
     cmdRemove = ui.remove;
+    txtTitle->setFocus();
     connect(cmdAdd, &QPushButton::clicked, this, &frmScr_Project_CustomHours::cmdAdd_Click);
     connect(cmdRemove, &QPushButton::clicked, this, &frmScr_Project_CustomHours::cmdRemove_Click);
 }

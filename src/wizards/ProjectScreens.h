@@ -50,6 +50,8 @@ public:
 protected:
     void cmdNext_Click() override;
     void cmdBack_Click() override;
+    // Enter in the day box adds the day rather than pressing Next.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void cmdAdd_Click();

@@ -35,6 +35,8 @@ WizardPage::WizardPage(const QString& name, const QString& title, const QString&
     setWindowTitle(title);
     setWindowIcon(Icons::App());
     setMinimumSize(600, 420);
+    // One size for every screen, so Next and Back do not make the window jump.
+    resize(680, 440);
 
     auto* top = new QHBoxLayout;
     top->setContentsMargins(0, 0, 0, 0);
