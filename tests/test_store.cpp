@@ -2,6 +2,7 @@
 
 #include "store/ModMain.h"
 #include "store/Project.h"
+#include "store/Records.h"
 #include "store/TimeText.h"
 #include "support/TestSupport.h"
 
@@ -34,6 +35,10 @@ private Q_SLOTS:
     void timeText_data();
     void timeText();
     void openFailureText();
+    void resourceRecords();
+    void slotRecord();
+    void slotLinks_data();
+    void slotLinks();
 };
 
 void TestStore::emptyResult() {
@@ -403,6 +408,111 @@ void TestStore::openFailureText() {
     QCOMPARE(ModMain::OpenFailureText(missing),
              QStringLiteral("Unable to open project file ") + missing +
                  QStringLiteral(".\r\nFile not found\r\n53"));
+}
+
+void TestStore::resourceRecords() {
+    TestEnv env;
+    ErrorRecorder errors;
+    QVERIFY(env.open(env.newProject()));
+    auto& db = ModMain::DB();
+    const qint32 tutor = ModMain::CreateTutorRecord(QStringLiteral("Mr O'Brien"),
+                                                    QStringLiteral("O'B"), QStringLiteral(""),
+                                                    QStringLiteral("Head of 'Year 7'"));
+    const qint32 subject = ModMain::CreateSubjectRecord(QStringLiteral("Children's Art"), 45);
+    const qint32 room = ModMain::CreateRoomRecord(QStringLiteral("Room ''4''"), 32);
+    QVERIFY(errors.reports().isEmpty());
+    QVERIFY(tutor > 1 && subject > 1 && room > 1);
+
+    auto t = db.Execute(QStringLiteral("SELECT name, DisplayName, image, notes FROM Tutor WHERE id = %1;")
+                            .arg(tutor));
+    QCOMPARE(t.Field("name").toString(), QStringLiteral("Mr O'Brien"));
+    QCOMPARE(t.Field("DisplayName").toString(), QStringLiteral("O'B"));
+    QCOMPARE(t.Field("image").toString(), QString());
+    QCOMPARE(t.Field("notes").toString(), QStringLiteral("Head of 'Year 7'"));
+    auto s = db.Execute(QStringLiteral("SELECT name, length FROM Subject WHERE id = %1;").arg(subject));
+    QCOMPARE(s.Field("name").toString(), QStringLiteral("Children's Art"));
+    QCOMPARE(s.Field("length").toInt(), 45);
+    auto r = db.Execute(QStringLiteral("SELECT name, Capacity FROM Room WHERE id = %1;").arg(room));
+    QCOMPARE(r.Field("name").toString(), QStringLiteral("Room ''4''"));
+    QCOMPARE(r.Field("Capacity").toInt(), 32);
+    // Each call adds one row and gives its id.
+    QCOMPARE(ModMain::CreateRoomRecord(QStringLiteral("Hall"), 200), room + 1);
+}
+
+void TestStore::slotRecord() {
+    TestEnv env;
+    ErrorRecorder errors;
+    QVERIFY(env.open(env.newProject()));
+    const qint32 slot =
+        ModMain::CreateSlotRecord(7, QTime(9, 5), 45, QStringLiteral("Monday's"), 3, 11, 12);
+    QVERIFY(errors.reports().isEmpty());
+    auto rs = ModMain::DB().Execute(
+        QStringLiteral("SELECT TimetableID, StartTime, Duration, DOW, SpecialID, DayTitleID, "
+                       "TimeTitleID FROM Slot WHERE id = %1;")
+            .arg(slot));
+    QCOMPARE(rs.RecordCount(), 1);
+    QCOMPARE(rs.Field("TimetableID").toInt(), 7);
+    QCOMPARE(rs.Field("StartTime").toString(), QStringLiteral("09:05:00"));
+    QCOMPARE(rs.Field("Duration").toString(), QStringLiteral("45"));
+    QCOMPARE(rs.Field("DOW").toString(), QStringLiteral("Monday's"));
+    QCOMPARE(rs.Field("SpecialID").toInt(), 3);
+    QCOMPARE(rs.Field("DayTitleID").toInt(), 11);
+    QCOMPARE(rs.Field("TimeTitleID").toInt(), 12);
+}
+
+namespace {
+using LinkFn = qint32 (*)(qint32, qint32, bool);
+struct LinkKind {
+    const char* table;
+    const char* column;
+    LinkFn create;
+};
+const LinkKind kLinks[] = {{"TutorSlot", "TutorID", &ModMain::CreateTutorSlotRecord},
+                           {"SubjectSlot", "SubjectID", &ModMain::CreateSubjectSlotRecord},
+                           {"RoomSlot", "RoomID", &ModMain::CreateRoomSlotRecord},
+                           {"ClassSlot", "ClassID", &ModMain::CreateClassSlotRecord}};
+} // namespace
+
+void TestStore::slotLinks_data() {
+    QTest::addColumn<int>("kind");
+    for (int i = 0; i < 4; ++i)
+        QTest::newRow(kLinks[i].table) << i;
+}
+
+void TestStore::slotLinks() {
+    QFETCH(int, kind);
+    const LinkKind& k = kLinks[kind];
+    TestEnv env;
+    ErrorRecorder errors;
+    QVERIFY(env.open(env.newProject()));
+    auto rows = [&](qint32 slot, qint32 resource) {
+        return ModMain::DB()
+            .Execute(QStringLiteral("SELECT id FROM %1 WHERE SlotID = %2 AND %3 = %4;")
+                         .arg(QString::fromLatin1(k.table))
+                         .arg(slot)
+                         .arg(QString::fromLatin1(k.column))
+                         .arg(resource))
+            .RecordCount();
+    };
+
+    // Checked twice: one row, the same id both times.
+    const qint32 first = k.create(5, 9, true);
+    QVERIFY(first > 0);
+    QCOMPARE(k.create(5, 9, true), first);
+    QCOMPARE(rows(5, 9), 1);
+
+    // Another resource or another slot is a new pair.
+    const qint32 other = k.create(5, 10, true);
+    QVERIFY(other != first);
+    QVERIFY(k.create(6, 9, true) != first);
+
+    // Unchecked, the caller vouches the pair is new, so nothing is looked up.
+    const qint32 again = k.create(5, 9, false);
+    QVERIFY(again != first);
+    QCOMPARE(rows(5, 9), 2);
+    // Checked after that, the first row is found.
+    QCOMPARE(k.create(5, 9, true), first);
+    QVERIFY(errors.reports().isEmpty());
 }
 
 QTEST_MAIN(TestStore)
