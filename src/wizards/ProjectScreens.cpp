@@ -77,37 +77,6 @@ void openCustom(QDialog* from) {
     custom.exec();
 }
 
-// The layout both custom screens share: a title, an entry with Add, and the
-// list with Remove beside it.
-struct CustomLayout {
-    QLineEdit* title;
-    QPushButton* add;
-    QListWidget* list;
-    QPushButton* remove;
-};
-CustomLayout buildCustom(QDialog* dlg, QVBoxLayout* body, QWidget* entry, const QString& entryText,
-                         const QString& listName, const QString& listText) {
-    auto* grid = new QGridLayout;
-    auto* title = new QLineEdit(dlg);
-    title->setObjectName(QStringLiteral("txtTitle"));
-    title->setMaxLength(100);
-    grid->addWidget(caption(QStringLiteral("&Title:"), title, dlg), 0, 0);
-    grid->addWidget(title, 0, 1, 1, 2);
-    auto* add = makeButton(QStringLiteral("cmdAdd"), QStringLiteral("&Add"), dlg);
-    grid->addWidget(caption(entryText, entry, dlg), 1, 0);
-    grid->addWidget(entry, 1, 1);
-    grid->addWidget(add, 1, 2);
-    auto* list = makeList(listName, dlg);
-    auto* remove = makeButton(QStringLiteral("cmdRemove"), QStringLiteral("&Remove"), dlg);
-    grid->addWidget(caption(listText, list, dlg), 2, 0, Qt::AlignTop);
-    grid->addWidget(list, 2, 1);
-    grid->addWidget(remove, 2, 2, Qt::AlignTop);
-    grid->setColumnStretch(1, 1);
-    grid->setRowStretch(2, 1);
-    body->addLayout(grid, 1);
-    return {title, add, list, remove};
-}
-
 int selectedRow(const QListWidget* list) {
     const QList<QListWidgetItem*> chosen = list->selectedItems();
     return chosen.isEmpty() ? -1 : list->row(chosen.first());
@@ -191,27 +160,84 @@ void frmScr_Project_DOW::cmdCustom_Click() {
     finish();
 }
 
-// ---------------------------------------------------------------- custom days
+// ---------------------------------------------------------------- custom screens
+
+CustomTemplatePage::CustomTemplatePage(const Texts& texts, QWidget* parent)
+    : WizardPage(texts.name, kTitle, texts.heading, texts.intro, parent),
+      m_minimum(texts.minimum),
+      m_tooFew(texts.tooFew),
+      m_noneSelected(texts.noneSelected) {
+    m_grid = new QGridLayout;
+    txtTitle = new QLineEdit(this);
+    txtTitle->setObjectName(QStringLiteral("txtTitle"));
+    txtTitle->setMaxLength(100);
+    m_grid->addWidget(caption(QStringLiteral("&Title:"), txtTitle, this), 0, 0);
+    m_grid->addWidget(txtTitle, 0, 1, 1, 2);
+    cmdAdd = makeButton(QStringLiteral("cmdAdd"), QStringLiteral("&Add"), this);
+    m_grid->addWidget(cmdAdd, 1, 2);
+    m_list = makeList(texts.listName, this);
+    cmdRemove = makeButton(QStringLiteral("cmdRemove"), QStringLiteral("&Remove"), this);
+    m_grid->addWidget(caption(texts.listCaption, m_list, this), 2, 0, Qt::AlignTop);
+    m_grid->addWidget(m_list, 2, 1);
+    m_grid->addWidget(cmdRemove, 2, 2, Qt::AlignTop);
+    m_grid->setColumnStretch(1, 1);
+    m_grid->setRowStretch(2, 1);
+    body()->addLayout(m_grid, 1);
+    txtTitle->setFocus();
+    connect(cmdRemove, &QPushButton::clicked, this, &CustomTemplatePage::cmdRemove_Click);
+}
+
+void CustomTemplatePage::setEntry(QWidget* entry, const QString& text) {
+    m_grid->addWidget(caption(text, entry, this), 1, 0);
+    m_grid->addWidget(entry, 1, 1);
+}
+
+void CustomTemplatePage::cmdRemove_Click() {
+    const int row = selectedRow(m_list);
+    if (row < 0) {
+        warn(m_noneSelected);
+        return;
+    }
+    delete m_list->takeItem(row);
+}
+
+void CustomTemplatePage::cmdNext_Click() {
+    if (txtTitle->text().trimmed().isEmpty()) {
+        warn(QStringLiteral("No title has have been entered. Please enter a title to continue."));
+        return;
+    }
+    if (m_list->count() < m_minimum) {
+        warn(m_tooFew);
+        return;
+    }
+    store(txtTitle->text().trimmed());
+    cmdBack_Click();
+}
+
+void CustomTemplatePage::cmdBack_Click() {
+    Wizard::state().WizardScreen = Wizard::state().tempWizardScreen;
+    finish();
+}
 
 frmScr_Project_CustomDOW::frmScr_Project_CustomDOW(QWidget* parent)
-    : WizardPage(QStringLiteral("frmScr_Project_CustomDOW"), kTitle, QStringLiteral("Custom Days"),
-                 QStringLiteral("Give your list of days a title, then add the days in the order "
-                                "they should appear on your timetables. The list is kept in the "
-                                "project, so you can choose it again later."),
-                 parent) {
+    : CustomTemplatePage(
+          {QStringLiteral("frmScr_Project_CustomDOW"), QStringLiteral("Custom Days"),
+           QStringLiteral("Give your list of days a title, then add the days in the order they "
+                          "should appear on your timetables. The list is kept in the project, so "
+                          "you can choose it again later."),
+           QStringLiteral("lstDays"), QStringLiteral("Days:"), 1,
+           QStringLiteral(
+               "No days have been entered. Please enter some days to include and try again."),
+           QStringLiteral("No day has been selected to remove. Please select a day to remove and "
+                          "then try again.")},
+          parent) {
     txtDay = new QLineEdit(this);
     txtDay->setObjectName(QStringLiteral("txtDay"));
     txtDay->setMaxLength(50);
-    const CustomLayout ui = buildCustom(this, body(), txtDay, QStringLiteral("Da&y:"),
-                                        QStringLiteral("lstDays"), QStringLiteral("Days:"));
-    txtTitle = ui.title;
-    cmdAdd = ui.add;
-    lstDays = ui.list;
-    cmdRemove = ui.remove;
-    connect(cmdAdd, &QPushButton::clicked, this, &frmScr_Project_CustomDOW::cmdAdd_Click);
+    setEntry(txtDay, QStringLiteral("Da&y:"));
+    lstDays = list();
     txtDay->installEventFilter(this);
-    txtTitle->setFocus();
-    connect(cmdRemove, &QPushButton::clicked, this, &frmScr_Project_CustomDOW::cmdRemove_Click);
+    connect(cmdAdd, &QPushButton::clicked, this, &frmScr_Project_CustomDOW::cmdAdd_Click);
 }
 
 bool frmScr_Project_CustomDOW::eventFilter(QObject* watched, QEvent* event) {
@@ -222,7 +248,7 @@ bool frmScr_Project_CustomDOW::eventFilter(QObject* watched, QEvent* event) {
             return true;
         }
     }
-    return WizardPage::eventFilter(watched, event);
+    return CustomTemplatePage::eventFilter(watched, event);
 }
 
 void frmScr_Project_CustomDOW::cmdAdd_Click() {
@@ -236,40 +262,14 @@ void frmScr_Project_CustomDOW::cmdAdd_Click() {
     txtDay->setFocus();
 }
 
-void frmScr_Project_CustomDOW::cmdRemove_Click() {
-    const int row = selectedRow(lstDays);
-    if (row < 0) {
-        warn(QStringLiteral("No day has been selected to remove. Please select a day to remove "
-                            "and then try again."));
-        return;
-    }
-    delete lstDays->takeItem(row);
-}
-
-void frmScr_Project_CustomDOW::cmdNext_Click() {
-    if (txtTitle->text().trimmed().isEmpty()) {
-        warn(QStringLiteral("No title has have been entered. Please enter a title to continue."));
-        return;
-    }
-    if (lstDays->count() == 0) {
-        warn(QStringLiteral(
-            "No days have been entered. Please enter some days to include and try again."));
-        return;
-    }
+void frmScr_Project_CustomDOW::store(const QString& title) {
     QStringList days;
     for (int i = 0; i < lstDays->count(); ++i)
         days << lstDays->item(i)->text();
-    Wizard::StoreDayTemplate(txtTitle->text().trimmed(), days);
-    Wizard::State& s = Wizard::state();
+    Wizard::StoreDayTemplate(title, days);
     // The days screen lists templates in the order they were made: the new one is last.
-    s.WizardDOWIndex = static_cast<qint16>(countRows(QStringLiteral("DOWTemplate")) - 1);
-    s.WizardScreen = s.tempWizardScreen;
-    finish();
-}
-
-void frmScr_Project_CustomDOW::cmdBack_Click() {
-    Wizard::state().WizardScreen = Wizard::state().tempWizardScreen;
-    finish();
+    Wizard::state().WizardDOWIndex =
+        static_cast<qint16>(countRows(QStringLiteral("DOWTemplate")) - 1);
 }
 
 // ---------------------------------------------------------------- hours
@@ -342,12 +342,17 @@ void frmScr_Project_Hours::cmdCustom_Click() {
 // ---------------------------------------------------------------- custom hours
 
 frmScr_Project_CustomHours::frmScr_Project_CustomHours(QWidget* parent)
-    : WizardPage(QStringLiteral("frmScr_Project_CustomHours"), kTitle,
-                 QStringLiteral("Custom Hours"),
-                 QStringLiteral("Give your set of times a title, then add the time each period "
-                                "starts and the time the last period ends. The times are kept in "
-                                "order; you need at least two."),
-                 parent) {
+    : CustomTemplatePage(
+          {QStringLiteral("frmScr_Project_CustomHours"), QStringLiteral("Custom Hours"),
+           QStringLiteral("Give your set of times a title, then add the time each period starts "
+                          "and the time the last period ends. The times are kept in order; you "
+                          "need at least two."),
+           QStringLiteral("lstHour"), QStringLiteral("Times:"), 2,
+           QStringLiteral(
+               "No hours have been entered. Please enter at least two times and try again."),
+           QStringLiteral("No hour has been selected to remove. Please select an hour to remove "
+                          "and then try again.")},
+          parent) {
     cboHour = new QComboBox(this);
     cboHour->setObjectName(QStringLiteral("cboHour"));
     for (int minutes = 0; minutes < 24 * 60; minutes += 5) {
@@ -356,15 +361,9 @@ frmScr_Project_CustomHours::frmScr_Project_CustomHours(QWidget* parent)
     }
     cboHour->setCurrentIndex(cboHour->findData(QTime(8, 0)));
     cboHour->setMaxVisibleItems(16);
-    const CustomLayout ui = buildCustom(this, body(), cboHour, QStringLiteral("&Time:"),
-                                        QStringLiteral("lstHour"), QStringLiteral("Times:"));
-    txtTitle = ui.title;
-    cmdAdd = ui.add;
-    lstHour = ui.list;
-    cmdRemove = ui.remove;
-    txtTitle->setFocus();
+    setEntry(cboHour, QStringLiteral("Ti&me:"));
+    lstHour = list();
     connect(cmdAdd, &QPushButton::clicked, this, &frmScr_Project_CustomHours::cmdAdd_Click);
-    connect(cmdRemove, &QPushButton::clicked, this, &frmScr_Project_CustomHours::cmdRemove_Click);
 }
 
 void frmScr_Project_CustomHours::cmdAdd_Click() {
@@ -384,40 +383,13 @@ void frmScr_Project_CustomHours::cmdAdd_Click() {
     cboHour->setCurrentIndex(std::min(cboHour->currentIndex() + 1, cboHour->count() - 1));
 }
 
-void frmScr_Project_CustomHours::cmdRemove_Click() {
-    const int row = selectedRow(lstHour);
-    if (row < 0) {
-        warn(QStringLiteral("No hour has been selected to remove. Please select an hour to remove "
-                            "and then try again."));
-        return;
-    }
-    delete lstHour->takeItem(row);
-}
-
-void frmScr_Project_CustomHours::cmdNext_Click() {
-    if (txtTitle->text().trimmed().isEmpty()) {
-        warn(QStringLiteral("No title has have been entered. Please enter a title to continue."));
-        return;
-    }
-    if (lstHour->count() < 2) {
-        warn(QStringLiteral(
-            "No hours have been entered. Please enter at least two times and try again."));
-        return;
-    }
+void frmScr_Project_CustomHours::store(const QString& title) {
     QVector<QTime> times;
     for (int i = 0; i < lstHour->count(); ++i)
         times << lstHour->item(i)->data(Qt::UserRole).toTime();
-    Wizard::StoreHourTemplate(txtTitle->text().trimmed(), times);
-    Wizard::State& s = Wizard::state();
-    s.WizardHoursIndex =
+    Wizard::StoreHourTemplate(title, times);
+    Wizard::state().WizardHoursIndex =
         static_cast<qint16>(kFixedRanges + countRows(QStringLiteral("HourTemplate")) - 1);
-    s.WizardScreen = s.tempWizardScreen;
-    finish();
-}
-
-void frmScr_Project_CustomHours::cmdBack_Click() {
-    Wizard::state().WizardScreen = Wizard::state().tempWizardScreen;
-    finish();
 }
 
 // ---------------------------------------------------------------- completion

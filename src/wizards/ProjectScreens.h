@@ -8,6 +8,7 @@
 #include <QTime>
 
 class QCheckBox;
+class QGridLayout;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -37,25 +38,59 @@ private:
     void cmdCustom_Click();
 };
 
-class frmScr_Project_CustomDOW : public WizardPage {
+// What the custom-days and custom-hours screens share: a title, an entry with
+// Add, the list with Remove, and a Next that saves the list as a template in
+// the project and returns to the screen that opened it.
+class CustomTemplatePage : public WizardPage {
     Q_OBJECT
 public:
-    explicit frmScr_Project_CustomDOW(QWidget* parent = nullptr);
     QLineEdit* txtTitle = nullptr;
-    QLineEdit* txtDay = nullptr;
-    QListWidget* lstDays = nullptr;
     QPushButton* cmdAdd = nullptr;
     QPushButton* cmdRemove = nullptr;
 
 protected:
+    struct Texts {
+        QString name, heading, intro;
+        QString listName, listCaption;
+        int minimum;          // entries Next asks for
+        QString tooFew;       // when there are fewer
+        QString noneSelected; // Remove with nothing selected
+    };
+    CustomTemplatePage(const Texts& texts, QWidget* parent);
+
+    // Places the screen's own entry control beside Add.
+    void setEntry(QWidget* entry, const QString& caption);
+    QListWidget* list() const { return m_list; }
+    // Saves the listed entries under the title.
+    virtual void store(const QString& title) = 0;
+
     void cmdNext_Click() override;
     void cmdBack_Click() override;
+
+private:
+    void cmdRemove_Click();
+
+    QListWidget* m_list = nullptr;
+    QGridLayout* m_grid = nullptr;
+    int m_minimum = 1;
+    QString m_tooFew;
+    QString m_noneSelected;
+};
+
+class frmScr_Project_CustomDOW : public CustomTemplatePage {
+    Q_OBJECT
+public:
+    explicit frmScr_Project_CustomDOW(QWidget* parent = nullptr);
+    QLineEdit* txtDay = nullptr;
+    QListWidget* lstDays = nullptr;
+
+protected:
+    void store(const QString& title) override;
     // Enter in the day box adds the day rather than pressing Next.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void cmdAdd_Click();
-    void cmdRemove_Click();
 };
 
 class frmScr_Project_Hours : public WizardPage {
@@ -74,23 +109,18 @@ private:
     bool templateChosen() const;
 };
 
-class frmScr_Project_CustomHours : public WizardPage {
+class frmScr_Project_CustomHours : public CustomTemplatePage {
     Q_OBJECT
 public:
     explicit frmScr_Project_CustomHours(QWidget* parent = nullptr);
-    QLineEdit* txtTitle = nullptr;
     QComboBox* cboHour = nullptr;
     QListWidget* lstHour = nullptr;
-    QPushButton* cmdAdd = nullptr;
-    QPushButton* cmdRemove = nullptr;
 
 protected:
-    void cmdNext_Click() override;
-    void cmdBack_Click() override;
+    void store(const QString& title) override;
 
 private:
     void cmdAdd_Click();
-    void cmdRemove_Click();
 };
 
 class frmScr_Project_Complete : public WizardPage {
