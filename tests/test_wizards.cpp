@@ -162,6 +162,14 @@ QStringList projectDays() {
     return out;
 }
 
+// The "name" column of a query's rows.
+QStringList names(const QString& sql) {
+    QStringList out;
+    for (auto rs = ModMain::DB().Execute(sql); !rs.eof(); rs.MoveNext())
+        out << rs.Field("name").toString();
+    return out;
+}
+
 int count(const QString& sql) {
     auto rs = ModMain::DB().Execute(sql);
     return rs.eof() ? -1 : rs.Field("n").toInt();
@@ -359,13 +367,10 @@ void TestWizards::customHoursKeepTimeOrder() {
     QCOMPARE(rows.at(0).minutes, 60);
     QCOMPARE(rows.at(1).minutes, 60);
 
-    auto rs = ModMain::DB().Execute(
-        QStringLiteral("SELECT i.name AS name, i.Pos AS Pos FROM HourTemplate t, HourTemplateItem i "
-                       "WHERE i.HourTemplateID = t.id AND t.name = 'Mornings' ORDER BY i.Pos;"));
-    QStringList stored;
-    for (; !rs.eof(); rs.MoveNext())
-        stored << rs.Field("name").toString();
-    QCOMPARE(stored, (QStringList{"08:00:00", "09:00:00", "10:00:00"}));
+    QCOMPARE(names(QStringLiteral("SELECT i.name AS name FROM HourTemplate t, HourTemplateItem i "
+                                  "WHERE i.HourTemplateID = t.id AND t.name = 'Mornings' ORDER "
+                                  "BY i.Pos;")),
+             (QStringList{"08:00:00", "09:00:00", "10:00:00"}));
 }
 
 void TestWizards::customHoursChecks() {
@@ -456,13 +461,10 @@ void TestWizards::customDaysStayAfterCancel() {
 
     QVERIFY(QFileInfo::exists(path));
     QCOMPARE(ModMain::DB().GetDBFilename(), path);
-    auto rs = ModMain::DB().Execute(
-        QStringLiteral("SELECT i.name AS name FROM DOWTemplate t, DOWTemplateItem i WHERE "
-                       "i.DOWTemplateID = t.id AND t.name = 'Week ''A''' ORDER BY i.Pos;"));
-    QStringList days;
-    for (; !rs.eof(); rs.MoveNext())
-        days << rs.Field("name").toString();
-    QCOMPARE(days, (QStringList{"Mon A", "Tue A", "Wed A"}));
+    QCOMPARE(names(QStringLiteral("SELECT i.name AS name FROM DOWTemplate t, DOWTemplateItem i "
+                                  "WHERE i.DOWTemplateID = t.id AND t.name = 'Week ''A''' ORDER "
+                                  "BY i.Pos;")),
+             (QStringList{"Mon A", "Tue A", "Wed A"}));
     QCOMPARE(count(QStringLiteral("SELECT COUNT(*) AS n FROM ProjectDayTitle;")), 0);
     QCOMPARE(Wizard::state().WizardDOW, (QStringList{"Mon A", "Tue A", "Wed A"}));
 }
