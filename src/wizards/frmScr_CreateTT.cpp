@@ -243,7 +243,7 @@ void frmScr_CreateTT_Style::cmdNext_Click() {
 frmScr_CreateTT_Complete::frmScr_CreateTT_Complete(QWidget* parent)
     : WizardPage(QStringLiteral("frmScr_CreateTT_Complete"), kTitle,
                  QStringLiteral("Ready to create your timetable"),
-                 QStringLiteral("The wizard has everything it needs. Click Next to create the "
+                 QStringLiteral("The wizard has everything it needs. Click Finish to create the "
                                 "timetable and show it in the main window."),
                  parent) {
     // Going back from here would leave the wizard on a screen it never shows.
