@@ -15,29 +15,26 @@ struct Titles {
     qint32 dayTitleID = 0;
 };
 
-// The timetable's own heading rows for a project period and day. Both look-up
-// procedures report a missing one in the same words.
+// The id of the timetable's own TimeTitle or DayTitle row for a project
+// period or day. Both look-up procedures report a missing one in the same
+// words, naming the id found so far, which is still 0.
+qint32 findTitle(const char* table, qint32 timetableID, qint32 projectID) {
+    const QString t = QString::fromLatin1(table);
+    auto rs = DB().Execute(QStringLiteral("SELECT ID FROM %1 WHERE timetableid = %2 AND "
+                                          "Project%1ID = %3")
+                               .arg(t)
+                               .arg(timetableID)
+                               .arg(projectID));
+    if (rs.eof())
+        throw VbError(VbErr::Lookup, kSource,
+                      QStringLiteral("Error DoCreateGetSlot can't find %1 %2").arg(t).arg(0));
+    return rs.Field("id").toInt();
+}
+
 Titles findTitles(qint32 timetableID, qint32 projectTimeTitleID, qint32 projectDayTitleID) {
     Titles t;
-    auto rs = DB().Execute(QStringLiteral("SELECT ID FROM TimeTitle WHERE timetableid = %1 AND "
-                                          "ProjectTimeTitleID = %2")
-                               .arg(timetableID)
-                               .arg(projectTimeTitleID));
-    if (rs.eof())
-        throw VbError(VbErr::Lookup, kSource,
-                      QStringLiteral("Error DoCreateGetSlot can't find TimeTitle %1")
-                          .arg(t.timeTitleID));
-    t.timeTitleID = rs.Field("id").toInt();
-
-    rs = DB().Execute(QStringLiteral("SELECT ID FROM DayTitle WHERE timetableid = %1 AND "
-                                     "ProjectDayTitleID = %2")
-                          .arg(timetableID)
-                          .arg(projectDayTitleID));
-    if (rs.eof())
-        throw VbError(VbErr::Lookup, kSource,
-                      QStringLiteral("Error DoCreateGetSlot can't find DayTitle %1")
-                          .arg(t.dayTitleID));
-    t.dayTitleID = rs.Field("id").toInt();
+    t.timeTitleID = findTitle("TimeTitle", timetableID, projectTimeTitleID);
+    t.dayTitleID = findTitle("DayTitle", timetableID, projectDayTitleID);
     return t;
 }
 

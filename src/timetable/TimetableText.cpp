@@ -19,27 +19,19 @@ QString joinedNames(const QString& sql) {
 } // namespace
 
 QString FormatSlotText(qint32 SlotID, const QString& Type) {
-    const QString id = QString::number(SlotID);
-    const auto tutors = [&] {
-        return joinedNames(QStringLiteral("SELECT DisplayName FROM Tutor, TutorSlot WHERE Tutor.ID = "
-                                          "TutorSlot.TutorID AND TutorSlot.SlotID = ") +
-                               id + QStringLiteral(" ORDER BY DisplayName"));
+    // One resource kind's names in the slot, e.g. ("Name", "Room", "RoomID").
+    const auto names = [SlotID](const char* column, const char* table, const char* idColumn) {
+        const QString t = QString::fromLatin1(table), link = t + QStringLiteral("Slot");
+        return joinedNames(QStringLiteral("SELECT %1 FROM %2, %3 WHERE %2.ID = %3.%4 AND "
+                                          "%3.SlotID = %5 ORDER BY %1")
+                               .arg(QString::fromLatin1(column), t, link,
+                                    QString::fromLatin1(idColumn))
+                               .arg(SlotID));
     };
-    const auto subjects = [&] {
-        return joinedNames(QStringLiteral("SELECT Name FROM Subject, SubjectSlot WHERE Subject.ID = "
-                                          "SubjectSlot.SubjectID AND SubjectSlot.SlotID = ") +
-                               id + QStringLiteral(" ORDER BY Name"));
-    };
-    const auto rooms = [&] {
-        return joinedNames(QStringLiteral("SELECT Name FROM Room, RoomSlot WHERE Room.ID = "
-                                          "RoomSlot.RoomID AND RoomSlot.SlotID = ") +
-                               id + QStringLiteral(" ORDER BY Name"));
-    };
-    const auto classes = [&] {
-        return joinedNames(QStringLiteral("SELECT Name FROM Class, ClassSlot WHERE Class.ID = "
-                                          "ClassSlot.ClassID AND ClassSlot.SlotID = ") +
-                               id + QStringLiteral(" ORDER BY Name"));
-    };
+    const auto tutors = [&] { return names("DisplayName", "Tutor", "TutorID"); };
+    const auto subjects = [&] { return names("Name", "Subject", "SubjectID"); };
+    const auto rooms = [&] { return names("Name", "Room", "RoomID"); };
+    const auto classes = [&] { return names("Name", "Class", "ClassID"); };
     const QString br = QStringLiteral("\r\n");
     if (Type == QLatin1String("Tutor"))
         return classes() + br + subjects() + br + rooms();
