@@ -992,6 +992,22 @@ void TestTimetable::openingProjectLoadsFirstTimetable() {
     QCOMPARE(count(QStringLiteral("SELECT Width FROM TimeTitle WHERE TimetableID = %1 AND Pos = 1")
                        .arg(tt)),
              2222);
+
+    // A project that fails to open leaves nothing of the last one offered.
+    files.choose(other);
+    w.command(QStringLiteral("mnuFileOpenProject"))->trigger();
+    QVERIFY(w.findChild<QToolButton*>(QStringLiteral("tbTimetables"))->isEnabled());
+    QFile junk(p.env.path(QStringLiteral("junk.VNPL")));
+    QVERIFY(junk.open(QIODevice::WriteOnly));
+    junk.write("not a database");
+    junk.close();
+    files.choose(junk.fileName());
+    w.command(QStringLiteral("mnuFileOpenProject"))->trigger();
+    QCOMPARE(Timetable::current().ID, 0);
+    auto* list = w.findChild<QToolButton*>(QStringLiteral("tbTimetables"));
+    QVERIFY(!list->isEnabled());
+    QVERIFY(list->menu()->isEmpty());
+    QCOMPARE(w.gTutor->rows(), 1);
 }
 
 QTEST_MAIN(TestTimetable)

@@ -96,8 +96,17 @@ void frmMain::clearTimetable() {
     g->setCols(1);
     Timetable::current().ID = 0;
     Timetable::current().Loaded = false;
-    if (tbTimetables)
+    // Without a timetable the lists have no cell to speak of, and the
+    // timetable list may belong to a project that is closed now; whoever
+    // shows a timetable next fills them again.
+    for (FlexGrid* list : {gTutor, gSubject, gRoom, gClass})
+        if (list)
+            list->setRows(1);
+    if (tbTimetables) {
+        tbTimetables->menu()->clear();
         tbTimetables->setText(QStringLiteral("Timetables"));
+        tbTimetables->setEnabled(false);
+    }
 }
 
 void frmMain::showFirstTimetable() {
