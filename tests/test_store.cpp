@@ -94,6 +94,17 @@ void TestStore::fieldLookup() {
     QVERIFY(report.variables.startsWith(QStringLiteral("<Variables><LocalVariables>")));
     QVERIFY(report.variables.endsWith(QStringLiteral("</Parameters>")));
 
+    // Columns are named as the statement writes them, not as the table spells them.
+    auto written = db.Execute(QStringLiteral("SELECT ID, Name FROM Room WHERE id<>1;"));
+    QCOMPARE(written.Field("ID").toString(), rs.Field("id").toString());
+    QCOMPARE(written.Field("Name").toString(), QStringLiteral("Lab"));
+    errors.clear();
+    QVERIFY(written.Field("id").isEmpty());
+    QCOMPARE(errors.reports().size(), 1);
+    auto qualified = db.Execute(QStringLiteral("SELECT Room.ID AS ID, Room.Capacity FROM Room "
+                                               "WHERE id<>1;"));
+    QCOMPARE(qualified.vTableArray().first().at(1).toString(), QStringLiteral("Room.Capacity"));
+
     // With two columns of one name, the first wins.
     auto dup = db.Execute(QStringLiteral("SELECT 'first' AS x, 'second' AS x;"));
     QCOMPARE(dup.Field("x").toString(), QStringLiteral("first"));

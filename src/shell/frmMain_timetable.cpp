@@ -113,7 +113,7 @@ void frmMain::showFirstTimetable() {
     RefreshToolbarTimetables();
     auto rs = ModMain::DB().Execute(QStringLiteral("SELECT ID FROM Timetable;"));
     if (!rs.eof())
-        LoadTimetable(rs.Field("id").toInt());
+        LoadTimetable(rs.Field("ID").toInt());
 }
 
 void frmMain::showResourceLists(const QString& type) {

@@ -66,6 +66,9 @@ bool clsSQLite::DBOpen(const QString& File_Name, qint32 /*Mode: no meaning for S
         m_handle = 1;
         // A project on a busy network share may be locked for a moment.
         sqlite3_busy_timeout(m_db, 3000);
+        // Name result columns exactly as each statement writes them ("SELECT ID"
+        // gives "ID"), not by the table's own spelling; Field reads by that name.
+        sqlite3_exec(m_db, "PRAGMA short_column_names = OFF;", nullptr, nullptr, nullptr);
         m_filename = File_Name;
         return true;
     }

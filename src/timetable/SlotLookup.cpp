@@ -28,7 +28,7 @@ qint32 findTitle(const char* table, qint32 timetableID, qint32 projectID) {
     if (rs.eof())
         throw VbError(VbErr::Lookup, kSource,
                       QStringLiteral("Error DoCreateGetSlot can't find %1 %2").arg(t).arg(0));
-    return rs.Field("id").toInt();
+    return rs.Field("ID").toInt();
 }
 
 Titles findTitles(qint32 timetableID, qint32 projectTimeTitleID, qint32 projectDayTitleID) {

@@ -137,7 +137,7 @@ void RefreshTable(FlexGrid& g) {
         QStringLiteral("SELECT id, type, TimeOnTop, Title FROM Timetable WHERE id = ") + id +
         QLatin1Char(';'));
     if (!rs.eof()) {
-        tt.Type = rs.Field("Type").toString();
+        tt.Type = rs.Field("type").toString();
         tt.TimeOnTop = rs.Field("TimeOnTop").toBool();
         tt.Title = rs.Field("Title").toString();
     }
@@ -184,7 +184,7 @@ void RefreshCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeT
                  qint32 SlotID, qint32 SpecialID, const QString& Type) {
     if (SpecialID == -1)
         SpecialID = DB().Execute(QStringLiteral("SELECT specialid FROM slot WHERE id = %1").arg(SlotID))
-                        .Field("SpecialID")
+                        .Field("specialid")
                         .toInt();
     const qint32 colID = TimeOnTop ? TimeTitleID : DayTitleID;
     const qint32 rowID = TimeOnTop ? DayTitleID : TimeTitleID;

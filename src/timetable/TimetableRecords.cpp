@@ -22,7 +22,7 @@ QVector<Title> readTitles(const QString& sql, const char* projectColumn) {
     QVector<Title> titles;
     for (auto rs = DB().Execute(sql); !rs.eof(); rs.MoveNext()) {
         Title t;
-        t.id = rs.Field("id").toInt();
+        t.id = rs.Field("ID").toInt();
         t.projectID = rs.Field(projectColumn).toInt();
         titles << t;
     }
@@ -36,7 +36,7 @@ void copyPeriods(qint32 timetableID) {
         DB().Execute(QStringLiteral("INSERT INTO TimeTitle (ProjectTimeTitleID, TimetableID,"
                                     "StartTime,Duration,Width,Height,SpecialID,Pos) ") +
                      QStringLiteral("VALUES (%1,%2, '%3', '%4', 1600, 1200, %5, %6);")
-                         .arg(rs.Field("id").toString())
+                         .arg(rs.Field("ID").toString())
                          .arg(timetableID)
                          .arg(rs.Field("StartTime").toString(), rs.Field("Duration").toString())
                          .arg(1)
@@ -50,7 +50,7 @@ void copyDays(qint32 timetableID) {
         DB().Execute(QStringLiteral("INSERT INTO DayTitle (ProjectDayTitleID,TimetableID,DOW,"
                                     "Height,Width,SpecialID,Pos) ") +
                      QStringLiteral("VALUES (%1,%2,'%3', 1200, 600, %4,%5)")
-                         .arg(rs.Field("id").toString())
+                         .arg(rs.Field("ID").toString())
                          .arg(timetableID)
                          .arg(SQLReplace(rs.Field("DOW").toString()))
                          .arg(1)
@@ -169,7 +169,7 @@ QString GetTimetableName(qint32 TimetableID) {
         QString::number(TimetableID));
     if (rs.eof())
         return QString();
-    const QString type = rs.Field("Type").toString();
+    const QString type = rs.Field("type").toString();
     if (type == QLatin1String("Tutor"))
         return QStringLiteral("Tutor ") + rs.Field("TutorName").toString();
     if (type == QLatin1String("Subject"))
