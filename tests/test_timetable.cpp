@@ -328,6 +328,11 @@ void TestTimetable::wizardCreates() {
     QCOMPARE(w.g->cols(), 5);
     QCOMPARE(w.gClass->isVisibleTo(&w), type != QLatin1String("Class"));
     QCOMPARE(w.gSubject->rows(), subjects ? 2 : 1); // the placeholder is never listed
+    if (subjects) { // a list row: status, check box and name, with the id as row data
+        QCOMPARE(w.gSubject->textMatrix(1, 0) + w.gSubject->textMatrix(1, 2), "AvailMaths");
+        QCOMPARE(w.gSubject->cellCheck(1, 1), int(FlexGrid::Unchecked));
+        QCOMPARE(w.gSubject->rowData(1), count("SELECT id FROM Subject WHERE name = 'Maths'"));
+    }
     QCOMPARE(p.messages.texts().contains(QStringLiteral(
                  "Would you like to run the Auto Fill Wizard to fill your timetable?")),
              autoFillAsked);
