@@ -2,6 +2,7 @@
 
 #include "common/Common.h"
 #include "common/Settings.h"
+#include "common/Variant.h"
 #include "shell/frmHelp.h"
 #include "shell/frmMain.h"
 #include "store/ModMain.h"
@@ -37,8 +38,7 @@ void DoFirstRun(frmMain& main) {
     const QString app = QString::fromLatin1(Common::kConfigApp);
     const QString section = QStringLiteral("Config");
     const QString key = QStringLiteral("FirstRun");
-    const QString value = Common::GetSetting(app, section, key, QStringLiteral("True"));
-    if (value.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0 || value == QLatin1String("0"))
+    if (!Variant(Common::GetSetting(app, section, key, QStringLiteral("True"))).toBool())
         return;
     // Written first, so a crash during the first run does not ask again.
     Common::SaveSetting(app, section, key, QStringLiteral("False"));

@@ -35,8 +35,9 @@ void showScreen(frmMain& main) {
     screen.exec();
 }
 
-// The file-name step. Returns false when the wizard cannot go on.
-bool chooseProjectFile(frmMain& main) {
+// The file-name step. Sets the cancel flag when the wizard cannot go on: the
+// dialog was cancelled, or the file could not be made or opened (reported).
+void chooseProjectFile(frmMain& main) {
     Wizard::State& s = Wizard::state();
     QString file = s.WizardFileName;
     // Start where people keep their documents, not wherever the program was started from.
@@ -47,27 +48,26 @@ bool chooseProjectFile(frmMain& main) {
                                    nullptr, initDir, QStringLiteral("Save Project As"),
                                    QStringLiteral("VNPL"), &main)) {
         s.WizardCancel = true;
-        return false;
+        return;
     }
     s.WizardFileName = file;
     ++s.WizardScreen;
     main.SaveTimetable();
     DB().DBClose();
     QString error;
-    if (!CopyBlankProject(file, &error)) {
-        MsgBox(QStringLiteral("Unable to create project file. Detailed error message is ") + error,
-               MsgButtons::Ok, MsgIcon::Critical);
-        main.NoProject();
-        return false;
-    }
-    if (!DB().DBOpen(file)) {
-        MsgBox(OpenFailureText(file), MsgButtons::Ok, MsgIcon::Critical);
+    QString failure;
+    if (!CopyBlankProject(file, &error))
+        failure =
+            QStringLiteral("Unable to create project file. Detailed error message is ") + error;
+    else if (!DB().DBOpen(file))
+        failure = OpenFailureText(file);
+    if (!failure.isEmpty()) {
+        MsgBox(failure, MsgButtons::Ok, MsgIcon::Critical);
         main.NoProject();
         s.WizardCancel = true;
-        return false;
+        return;
     }
     main.ShowProjectPath(file);
-    return true;
 }
 } // namespace
 
@@ -103,10 +103,7 @@ void DoNewProject(frmMain& main) {
         while (!s.WizardCancel && s.WizardScreen != kFinished) {
             switch (s.WizardScreen) {
             case 1: showScreen<frmScr_Project_Welcome>(main); break;
-            case 2:
-                if (!chooseProjectFile(main) && !s.WizardCancel)
-                    return; // the copy failed and was reported
-                break;
+            case 2: chooseProjectFile(main); break;
             case 3: showScreen<frmScr_Project_DOW>(main); break;
             case 4: showScreen<frmScr_Project_Hours>(main); break;
             case 5: showScreen<frmScr_Project_Complete>(main); break;

@@ -65,6 +65,16 @@ void needSelection(QListWidget* list, QPushButton* next) {
     update();
 }
 
+// The button under a screen's list that opens its custom screen.
+QPushButton* addCustomButton(QVBoxLayout* body, const QString& text, QWidget* parent) {
+    auto* button = makeButton(QStringLiteral("cmdCustom"), text, parent);
+    auto* row = new QHBoxLayout;
+    row->addStretch(1);
+    row->addWidget(button);
+    body->addLayout(row);
+    return button;
+}
+
 // The custom screens are shown from inside the screen they refine; when they
 // close, the driving loop shows the screen for whatever number they set.
 template <class Custom>
@@ -132,17 +142,16 @@ frmScr_Project_DOW::frmScr_Project_DOW(QWidget* parent)
     lstDOW = makeList(QStringLiteral("lstDOW"), this);
     body()->addWidget(caption(QStringLiteral("&Days of the week:"), lstDOW, this));
     body()->addWidget(lstDOW, 1);
-    cmdCustom = makeButton(QStringLiteral("cmdCustom"), QStringLiteral("&Custom Days..."), this);
-    auto* row = new QHBoxLayout;
-    row->addStretch(1);
-    row->addWidget(cmdCustom);
-    body()->addLayout(row);
+    cmdCustom = addCustomButton(body(), QStringLiteral("&Custom Days..."), this);
 
     Common::GetListBoxItemData_List(
         *lstDOW, ModMain::DB().Execute(QStringLiteral("SELECT id, name FROM DOWTemplate;")));
     selectRow(lstDOW, Wizard::state().WizardDOWIndex);
     needSelection(lstDOW, cmdNext);
-    connect(cmdCustom, &QPushButton::clicked, this, &frmScr_Project_DOW::cmdCustom_Click);
+    connect(cmdCustom, &QPushButton::clicked, this, [this] {
+        openCustom<frmScr_Project_CustomDOW>(this);
+        finish();
+    });
 }
 
 void frmScr_Project_DOW::cmdNext_Click() {
@@ -153,11 +162,6 @@ void frmScr_Project_DOW::cmdNext_Click() {
     s.WizardDOWIndex = static_cast<qint16>(row);
     s.WizardDOW = Wizard::DayTemplateDays(Common::ListBoxItemData(*lstDOW, row));
     WizardPage::cmdNext_Click();
-}
-
-void frmScr_Project_DOW::cmdCustom_Click() {
-    openCustom<frmScr_Project_CustomDOW>(this);
-    finish();
 }
 
 // ---------------------------------------------------------------- custom screens
@@ -290,18 +294,11 @@ frmScr_Project_Hours::frmScr_Project_Hours(QWidget* parent)
     grid->setColumnStretch(0, 3);
     grid->setColumnStretch(1, 1);
     body()->addLayout(grid, 1);
-    cmdCustom = makeButton(QStringLiteral("cmdCustom"), QStringLiteral("&Custom Hours..."), this);
-    auto* row = new QHBoxLayout;
-    row->addStretch(1);
-    row->addWidget(cmdCustom);
-    body()->addLayout(row);
+    cmdCustom = addCustomButton(body(), QStringLiteral("&Custom Hours..."), this);
 
-    lstHours->addItems(Wizard::FixedRangeNames());
-    const auto templates = ModMain::DB().Execute(QStringLiteral("SELECT id, name FROM HourTemplate;"));
-    QListWidget saved;
-    Common::GetListBoxItemData_List(saved, templates);
-    while (saved.count() > 0)
-        lstHours->addItem(saved.takeItem(0));
+    Common::GetListBoxItemData_List(
+        *lstHours, ModMain::DB().Execute(QStringLiteral("SELECT id, name FROM HourTemplate;")));
+    lstHours->insertItems(0, Wizard::FixedRangeNames());
     lstInc->addItems(Wizard::IncrementNames());
 
     const Wizard::State& s = Wizard::state();
@@ -312,7 +309,10 @@ frmScr_Project_Hours::frmScr_Project_Hours(QWidget* parent)
     connect(lstHours, &QListWidget::itemSelectionChanged, this, update);
     update();
     needSelection(lstHours, cmdNext);
-    connect(cmdCustom, &QPushButton::clicked, this, &frmScr_Project_Hours::cmdCustom_Click);
+    connect(cmdCustom, &QPushButton::clicked, this, [this] {
+        openCustom<frmScr_Project_CustomHours>(this);
+        finish();
+    });
 }
 
 bool frmScr_Project_Hours::templateChosen() const {
@@ -332,11 +332,6 @@ void frmScr_Project_Hours::cmdNext_Click() {
                         : Wizard::RangeTimes(hours, Wizard::IncrementMinutes(inc));
     s.WizardHoursCount = static_cast<qint16>(s.WizardHours.size());
     WizardPage::cmdNext_Click();
-}
-
-void frmScr_Project_Hours::cmdCustom_Click() {
-    openCustom<frmScr_Project_CustomHours>(this);
-    finish();
 }
 
 // ---------------------------------------------------------------- custom hours

@@ -33,9 +33,6 @@ public:
 
 protected:
     void cmdNext_Click() override;
-
-private:
-    void cmdCustom_Click();
 };
 
 // What the custom-days and custom-hours screens share: a title, an entry with
@@ -105,7 +102,6 @@ protected:
     void cmdNext_Click() override;
 
 private:
-    void cmdCustom_Click();
     bool templateChosen() const;
 };
 
