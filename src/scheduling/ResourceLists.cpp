@@ -9,8 +9,6 @@
 namespace ModMain {
 
 namespace {
-using AddFn = void (*)(FlexGrid&, qint32, const QString&, const QString&, bool);
-
 void setUpHeadings(FlexGrid& g, const QString& word) {
     g.clearGrid();
     g.setRows(1);
@@ -26,61 +24,41 @@ void setUpHeadings(FlexGrid& g, const QString& word) {
 }
 
 // Returns whether the list holds any data row.
-bool fill(FlexGrid& g, const char* word, const char* sql, AddFn add) {
+bool fill(FlexGrid& g, const char* word, const char* sql) {
     setUpHeadings(g, QString::fromLatin1(word));
     for (auto rs = DB().Execute(QString::fromLatin1(sql)); !rs.eof(); rs.MoveNext())
-        add(g, rs.Field("id").toInt(), Common::NullToString(rs.Field("name")),
-            QStringLiteral("Avail"), false);
+        AddResourceToList(g, rs.Field("id").toInt(), Common::NullToString(rs.Field("name")),
+                          QStringLiteral("Avail"), false);
     return g.rows() != 1;
-}
-
-void appendRow(FlexGrid& g, qint32 id, const QString& name, const QString& status, bool selected) {
-    const int r = g.rows();
-    g.setRows(r + 1);
-    g.setRowData(r, id);
-    g.setTextMatrix(r, 0, status);
-    g.setCellCheck(r, 1, selected ? FlexGrid::Checked : FlexGrid::Unchecked);
-    g.setTextMatrix(r, 1, QString());
-    g.setTextMatrix(r, 2, name);
 }
 } // namespace
 
 bool RefreshTutorList(FlexGrid& Grid) {
-    return fill(Grid, "Tutor", "SELECT id, name, DisplayName FROM Tutor WHERE id<>1 ORDER BY name;",
-         &AddTutorToList);
+    return fill(Grid, "Tutor",
+                "SELECT id, name, DisplayName FROM Tutor WHERE id<>1 ORDER BY name;");
 }
 
 bool RefreshSubjectList(FlexGrid& Grid) {
-    return fill(Grid, "Subject", "SELECT id, name FROM Subject WHERE id<>1 ORDER BY name;",
-         &AddSubjectToList);
+    return fill(Grid, "Subject", "SELECT id, name FROM Subject WHERE id<>1 ORDER BY name;");
 }
 
 bool RefreshRoomList(FlexGrid& Grid) {
-    return fill(Grid, "Room", "SELECT id, name FROM Room WHERE id<>1 ORDER BY name;", &AddRoomToList);
+    return fill(Grid, "Room", "SELECT id, name FROM Room WHERE id<>1 ORDER BY name;");
 }
 
 bool RefreshClassList(FlexGrid& Grid) {
-    return fill(Grid, "Class", "SELECT id, name FROM Class WHERE id<>1 ORDER BY name;", &AddClassToList);
+    return fill(Grid, "Class", "SELECT id, name FROM Class WHERE id<>1 ORDER BY name;");
 }
 
-void AddTutorToList(FlexGrid& Grid, qint32 ID, const QString& Name, const QString& Status,
-                    bool Selected) {
-    appendRow(Grid, ID, Name, Status, Selected);
-}
-
-void AddSubjectToList(FlexGrid& Grid, qint32 ID, const QString& Name, const QString& Status,
-                      bool Selected) {
-    appendRow(Grid, ID, Name, Status, Selected);
-}
-
-void AddRoomToList(FlexGrid& Grid, qint32 ID, const QString& Name, const QString& Status,
-                   bool Selected) {
-    appendRow(Grid, ID, Name, Status, Selected);
-}
-
-void AddClassToList(FlexGrid& Grid, qint32 ID, const QString& Name, const QString& Status,
-                    bool Selected) {
-    appendRow(Grid, ID, Name, Status, Selected);
+void AddResourceToList(FlexGrid& Grid, qint32 ID, const QString& Name, const QString& Status,
+                       bool Selected) {
+    const int r = Grid.rows();
+    Grid.setRows(r + 1);
+    Grid.setRowData(r, ID);
+    Grid.setTextMatrix(r, 0, Status);
+    Grid.setCellCheck(r, 1, Selected ? FlexGrid::Checked : FlexGrid::Unchecked);
+    Grid.setTextMatrix(r, 1, QString());
+    Grid.setTextMatrix(r, 2, Name);
 }
 
 } // namespace ModMain

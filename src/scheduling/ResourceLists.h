@@ -14,13 +14,14 @@ bool RefreshSubjectList(FlexGrid& Grid);
 bool RefreshRoomList(FlexGrid& Grid);
 bool RefreshClassList(FlexGrid& Grid);
 
-void AddTutorToList(FlexGrid& Grid, qint32 ID, const QString& Name, const QString& Status,
-                    bool Selected);
-void AddSubjectToList(FlexGrid& Grid, qint32 ID, const QString& Name, const QString& Status,
-                      bool Selected);
-void AddRoomToList(FlexGrid& Grid, qint32 ID, const QString& Name, const QString& Status,
-                   bool Selected);
-void AddClassToList(FlexGrid& Grid, qint32 ID, const QString& Name, const QString& Status,
-                    bool Selected);
+// Appends one row: status, check box (checked when Selected) and name, with
+// the id as row data. The four lists' rows are alike, so each list's name
+// stands for the same function.
+void AddResourceToList(FlexGrid& Grid, qint32 ID, const QString& Name, const QString& Status,
+                       bool Selected);
+inline constexpr auto& AddTutorToList = AddResourceToList;
+inline constexpr auto& AddSubjectToList = AddResourceToList;
+inline constexpr auto& AddRoomToList = AddResourceToList;
+inline constexpr auto& AddClassToList = AddResourceToList;
 
 } // namespace ModMain
