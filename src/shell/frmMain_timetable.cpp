@@ -109,8 +109,9 @@ void frmMain::clearTimetable() {
     }
 }
 
+// Loading rebuilds the timetable list; without a timetable it stays as
+// NoTimetable left it, empty.
 void frmMain::showFirstTimetable() {
-    RefreshToolbarTimetables();
     auto rs = ModMain::DB().Execute(QStringLiteral("SELECT ID FROM Timetable;"));
     if (!rs.eof())
         LoadTimetable(rs.Field("ID").toInt());
@@ -155,24 +156,6 @@ void frmMain::LoadTimetable(qint32 TimetableID) {
         tt.TimeOnTop = rs.Field("TimeOnTop").toBool();
         tt.Type = rs.Field("Type").toString();
         tt.Time12Hour = rs.Field("Time12Hour").toBool();
-
-        const struct {
-            const char* type;
-            const char* sql;
-            const char* idColumn;
-        } owners[] = {{"Class", "SELECT name FROM class WHERE id = ", "ClassID"},
-                      {"Tutor", "SELECT name FROM tutor WHERE id = ", "TutorID"},
-                      {"Room", "SELECT name FROM Room WHERE id = ", "RoomID"}};
-        for (const auto& o : owners) {
-            if (tt.Type != QLatin1String(o.type))
-                continue;
-            const QString name = ModMain::DB()
-                                     .Execute(QString::fromLatin1(o.sql) +
-                                              rs.Field(o.idColumn).toString())
-                                     .Field("name")
-                                     .toString();
-            tt.Title = QString::fromLatin1(o.type) + QLatin1Char(' ') + name;
-        }
         showResourceLists(tt.Type);
 
         ModMain::RefreshTutorList(*gTutor);
@@ -213,7 +196,6 @@ void frmMain::DoNewTimeTableWizard() {
         if (id == 0)
             return;
         LoadTimetable(id);
-        RefreshToolbarTimetables();
         if (Wizard::state().WizardType != QLatin1String("Class") || !ModMain::HasRealSubjects())
             return;
         wait.restore();
@@ -239,7 +221,6 @@ void frmMain::mnuFileDelete_Click() {
             NoTimetable();
         else
             LoadTimetable(rs.Field("id").toInt());
-        RefreshToolbarTimetables();
     });
 }
 

@@ -6,6 +6,7 @@
 #include "timetable/SlotLookup.h"
 #include "wizards/WizardState.h"
 
+#include <QStringList>
 #include <QVector>
 
 using Common::SQLReplace;
@@ -78,25 +79,28 @@ qint32 CreateTimetableFromWizard() {
     else if (w.WizardType == QLatin1String("Room"))
         roomID = w.WizardWhoID;
 
-    const auto f = [&](const char* name) { return style.Field(name).toString(); };
-    // Font names go between quotes as they are: the style rows are the
-    // program's own and hold no quotes.
+    const auto f = [&](const QString& name) { return style.Field(name).toString(); };
+    const auto quoted = [](const QString& text) {
+        return QLatin1Char('\'') + text + QLatin1Char('\'');
+    };
+    QStringList values = {quoted(w.WizardType),      QStringLiteral("'True'"),
+                          QStringLiteral("'Title'"), QString::number(classID),
+                          QString::number(roomID),   QString::number(tutorID),
+                          QStringLiteral("1")};
+    // Each heading's font, size and colour. Font names go between quotes as
+    // they are: the style rows are the program's own and hold no quotes.
+    for (const QString part : {"Title", "ColHead", "RowHead", "Period"})
+        values << quoted(f(part + QStringLiteral("Font"))) << f(part + QStringLiteral("FontSize"))
+               << f(part + QStringLiteral("Foreground"));
+    values << f(QStringLiteral("UnavailableBackground"))
+           << f(QStringLiteral("UnavailableForeground"));
     DB().Execute(
         QStringLiteral("INSERT INTO Timetable (Type,TimeOnTop,Title,ClassID,RoomID,TutorID,"
                        "SubjectID,TitleFont,TitleFontSize,TitleForeground,ColHeadFont,"
                        "ColHeadFontSize,ColHeadForeground,RowHeadFont,RowHeadFontSize,"
                        "RowHeadForeground,PeriodFont,PeriodFontSize,PeriodForeground,"
                        "UnavailableBackground,UnavailableForeground) ") +
-        QStringLiteral("VALUES ('") + w.WizardType + QStringLiteral("','True','Title',") +
-        QString::number(classID) + QLatin1Char(',') + QString::number(roomID) + QLatin1Char(',') +
-        QString::number(tutorID) + QStringLiteral(",1,'") + f("TitleFont") + QStringLiteral("',") +
-        f("TitleFontSize") + QLatin1Char(',') + f("TitleForeground") + QStringLiteral(",'") +
-        f("ColHeadFont") + QStringLiteral("',") + f("ColHeadFontSize") + QLatin1Char(',') +
-        f("ColHeadForeground") + QStringLiteral(",'") + f("RowHeadFont") + QStringLiteral("',") +
-        f("RowHeadFontSize") + QLatin1Char(',') + f("RowHeadForeground") + QStringLiteral(",'") +
-        f("PeriodFont") + QStringLiteral("',") + f("PeriodFontSize") + QLatin1Char(',') +
-        f("PeriodForeground") + QLatin1Char(',') + f("UnavailableBackground") + QLatin1Char(',') +
-        f("UnavailableForeground") + QLatin1Char(')'));
+        QStringLiteral("VALUES (") + values.join(QLatin1Char(',')) + QLatin1Char(')'));
     const qint32 id = DB().GetInsertID();
 
     copyPeriods(id);

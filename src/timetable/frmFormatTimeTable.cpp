@@ -74,12 +74,11 @@ void frmFormatTimeTable::cmdOk_Click() {
         const auto flag = [](const QComboBox* box) {
             return box->currentIndex() == 0 ? QStringLiteral("True") : QStringLiteral("False");
         };
-        ModMain::DB().Execute(QStringLiteral("UPDATE Timetable ") + QStringLiteral("SET ") +
-                              QStringLiteral("Time12Hour = '") + flag(cboTimeFormat) +
-                              QStringLiteral("'") + QStringLiteral(", ") +
-                              QStringLiteral("TimeOnTop = '") + flag(cboAxis) + QStringLiteral("'") +
-                              QStringLiteral(" ") + QStringLiteral(" WHERE ID = ") +
-                              QString::number(Timetable::current().ID) + QStringLiteral(";"));
+        ModMain::DB().Execute(
+            QStringLiteral(
+                "UPDATE Timetable SET Time12Hour = '%1', TimeOnTop = '%2'  WHERE ID = %3;")
+                .arg(flag(cboTimeFormat), flag(cboAxis))
+                .arg(Timetable::current().ID));
         if (m_reload)
             m_reload();
     });

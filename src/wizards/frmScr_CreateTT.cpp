@@ -1,6 +1,7 @@
 #include "wizards/frmScr_CreateTT.h"
 
 #include "common/Common.h"
+#include "common/ListHelpers.h"
 #include "store/ModMain.h"
 #include "wizards/WizardState.h"
 
@@ -225,18 +226,16 @@ frmScr_CreateTT_Style::frmScr_CreateTT_Style(QWidget* parent)
     lstStyle = new QListWidget(this);
     lstStyle->setObjectName(QStringLiteral("lstStyle"));
     body()->addWidget(lstStyle, 1);
-    for (auto rs = ModMain::DB().Execute(QStringLiteral("SELECT id, name FROM style")); !rs.eof();
-         rs.MoveNext()) {
-        auto* item = new QListWidgetItem(rs.Field("name").toString(), lstStyle);
-        item->setData(Qt::UserRole, rs.Field("id").toInt());
-        if (rs.Field("id").toInt() == Wizard::state().WizardStyleID)
-            lstStyle->setCurrentItem(item);
-    }
+    Common::GetListBoxItemData_List(
+        *lstStyle, ModMain::DB().Execute(QStringLiteral("SELECT id, name FROM style")));
+    for (int i = 0; i < lstStyle->count(); ++i)
+        if (Common::ListBoxItemData(*lstStyle, i) == Wizard::state().WizardStyleID)
+            lstStyle->setCurrentRow(i);
 }
 
 void frmScr_CreateTT_Style::cmdNext_Click() {
-    if (const QListWidgetItem* item = lstStyle->currentItem())
-        Wizard::state().WizardStyleID = static_cast<qint16>(item->data(Qt::UserRole).toInt());
+    if (const qint32 id = Common::ListBoxItemData(*lstStyle, lstStyle->currentRow()); id != -1)
+        Wizard::state().WizardStyleID = static_cast<qint16>(id);
     WizardPage::cmdNext_Click();
 }
 
