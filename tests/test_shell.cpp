@@ -65,7 +65,6 @@ private Q_SLOTS:
     void exitRemembersProject();
     void toolbarAndLayout();
     void errorReporting();
-    void commandLine_data();
     void commandLine();
     void help_data();
     void help();
@@ -268,26 +267,14 @@ void TestShell::errorReporting() {
     QCOMPARE(errors.reports().at(1).description, QStringLiteral("disk full"));
 }
 
-void TestShell::commandLine_data() {
-    QTest::addColumn<QStringList>("args");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QString>("output");
-    QTest::newRow("version") << QStringList{"--version"} << 0
-                             << QStringLiteral("vantor-planner " VANTOR_VERSION);
-    QTest::newRow("bad option") << QStringList{"--colour"} << 2
-                                << QStringLiteral("unknown option --colour");
-}
-
 void TestShell::commandLine() {
-    QFETCH(QStringList, args);
-    QFETCH(int, exitCode);
-    QFETCH(QString, output);
+    // Answered on the terminal, without a display.
     QProcess p;
-    p.start(QStringLiteral(VANTOR_TEST_APP_DIR "/vantor-planner"), args);
+    p.start(QStringLiteral(VANTOR_TEST_APP_DIR "/vantor-planner"), {QStringLiteral("--version")});
     QVERIFY(p.waitForFinished(20000));
-    QCOMPARE(p.exitCode(), exitCode);
-    const QString all = QString::fromLocal8Bit(p.readAllStandardOutput() + p.readAllStandardError());
-    QVERIFY2(all.contains(output), qPrintable(all));
+    QCOMPARE(p.exitCode(), 0);
+    QCOMPARE(QString::fromLocal8Bit(p.readAllStandardOutput()).trimmed(),
+             QStringLiteral("vantor-planner " VANTOR_VERSION));
 }
 
 void TestShell::help_data() {
