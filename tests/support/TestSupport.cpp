@@ -2,10 +2,17 @@
 
 #include "store/ModMain.h"
 #include "store/TimeText.h"
+#include "wizards/WizardState.h"
 
+#include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
 #include <QTime>
+#include <QTimer>
 
 namespace TestSupport {
 
@@ -120,6 +127,40 @@ ErrorRecorder::ErrorRecorder() : m_reports(std::make_shared<QList<ErrorReport>>(
 
 ErrorRecorder::~ErrorRecorder() {
     SetErrorReportFactory({});
+}
+
+void clickButton(QWidget* screen, const char* name) {
+    control<QPushButton>(screen, name)->click();
+}
+
+QString ModalDriver::run(const std::function<void()>& code) {
+    QString error;
+    QPointer<QDialog> last;
+    int idle = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        auto* dlg = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        idle = dlg == last ? idle + 1 : 0;
+        const bool stop = QTest::currentTestFailed() || idle > 3000;
+        if (dlg && dlg != last && !stop && !m_steps.isEmpty() &&
+            m_steps.first().first == dlg->objectName()) {
+            last = dlg;
+            // Not from inside this poll: the step may wait in a further screen.
+            QTimer::singleShot(0, dlg, [dlg, step = m_steps.takeFirst().second] { step(dlg); });
+        } else if (dlg && (dlg != last || stop)) {
+            if (error.isEmpty())
+                error = QStringLiteral("stopped on ") + dlg->objectName();
+            m_steps.clear();
+            Wizard::state().WizardCancel = true; // so no screen comes back
+            dlg->reject();
+        }
+    });
+    timer.start(1);
+    code();
+    for (const auto& step : std::as_const(m_steps))
+        error += QStringLiteral(" never shown: ") + step.first;
+    m_steps.clear();
+    return error;
 }
 
 } // namespace TestSupport

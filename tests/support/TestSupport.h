@@ -1,6 +1,7 @@
 #pragma once
 // What every test program shares: a private project and settings folder per
-// test, and recorders that answer message boxes, file dialogs and error reports.
+// test, recorders that answer message boxes, file dialogs and error reports,
+// and a driver for modal screens.
 
 #include "common/Common.h"
 #include "common/FileDialogs.h"
@@ -9,8 +10,11 @@
 #include <QList>
 #include <QString>
 #include <QTemporaryDir>
+#include <QWidget>
 #include <functional>
 #include <memory>
+
+class QDialog;
 
 namespace TestSupport {
 
@@ -89,6 +93,32 @@ public:
 
 private:
     std::shared_ptr<QList<ErrorReport>> m_reports;
+};
+
+// The named control on a screen; a missing one stops the test program.
+template <class T> T* control(QWidget* screen, const char* name) {
+    if (T* found = screen->findChild<T*>(QLatin1String(name)))
+        return found;
+    qFatal("no %s on %s", name, qPrintable(screen->objectName()));
+}
+
+// Clicks the named push button on a screen.
+void clickButton(QWidget* screen, const char* name);
+
+// Acts on the modal screens that code under test opens, one step per screen,
+// from a timer while that code runs its own event loops. Each step names the
+// screen it expects; a wrong screen, a failed check or a screen left open is
+// rejected and any wizard cancelled, so a failing test cannot hang.
+class ModalDriver {
+public:
+    using Step = std::function<void(QDialog*)>;
+    // screen: the dialog's object name.
+    void expect(const QString& screen, Step step) { m_steps.append({screen, std::move(step)}); }
+    // Runs the code; empty when every step ran on the screen it expected.
+    QString run(const std::function<void()>& code);
+
+private:
+    QList<QPair<QString, Step>> m_steps;
 };
 
 } // namespace TestSupport
