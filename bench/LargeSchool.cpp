@@ -35,15 +35,15 @@ Calendar addTimetable(clsSQLite& db, const QString& type, int classID, int roomI
                         .arg(tutorID));
     Calendar cal;
     for (int p = 0; p < projectTimes.size(); ++p)
-        cal.timeTitle << insert(db, QStringLiteral("INSERT INTO TimeTitle (ProjectTimeTitleID, "
-                                                   "TimetableID,StartTime,Duration,Width,Height,"
-                                                   "SpecialID,Pos) VALUES (%1,%2, '%3', '60', "
-                                                   "1600, 1200, 1, %4);")
-                                        .arg(projectTimes[p])
-                                        .arg(id)
-                                        .arg(QStringLiteral("%1:00:00 ").arg(8 + p, 2, 10,
-                                                                             QLatin1Char('0')))
-                                        .arg(p + 1));
+        cal.timeTitle << insert(
+            db, QStringLiteral("INSERT INTO TimeTitle (ProjectTimeTitleID, "
+                               "TimetableID,StartTime,Duration,Width,Height,"
+                               "SpecialID,Pos) VALUES (%1,%2, '%3', '60', "
+                               "1600, 1200, 1, %4);")
+                    .arg(projectTimes[p])
+                    .arg(id)
+                    .arg(QStringLiteral("%1:00:00 ").arg(8 + p, 2, 10, QLatin1Char('0')))
+                    .arg(p + 1));
     for (int d = 0; d < projectDays.size(); ++d)
         cal.dayTitle << insert(db, QStringLiteral("INSERT INTO DayTitle (ProjectDayTitleID,"
                                                   "TimetableID,DOW,Height,Width,SpecialID,Pos) "
@@ -90,12 +90,15 @@ int MakeLargeSchool(const QString& blankDb, const QString& path, const SchoolSiz
                                  .arg(i + 1));
     for (int i = 0; i < size.rooms; ++i)
         rooms << insert(
-            db, QStringLiteral("INSERT INTO Room (name, Capacity) VALUES ('Room %1', 30);").arg(i + 1));
+            db,
+            QStringLiteral("INSERT INTO Room (name, Capacity) VALUES ('Room %1', 30);").arg(i + 1));
     for (int i = 0; i < size.classes; ++i)
-        classes << insert(db, QStringLiteral("INSERT INTO Class (name) VALUES ('Class %1');").arg(i + 1));
+        classes << insert(
+            db, QStringLiteral("INSERT INTO Class (name) VALUES ('Class %1');").arg(i + 1));
     for (int i = 0; i < size.subjects; ++i)
         subjects << insert(
-            db, QStringLiteral("INSERT INTO Subject (name, length) VALUES ('Subject %1', 60);").arg(i + 1));
+            db, QStringLiteral("INSERT INTO Subject (name, length) VALUES ('Subject %1', 60);")
+                    .arg(i + 1));
     for (int d = 0; d < size.days; ++d)
         days << insert(db, QStringLiteral("INSERT INTO ProjectDayTitle (DOW,Height,Width,SpecialID,"
                                           "Pos) VALUES ('Day %1',600,600,1,%1)")
@@ -110,11 +113,14 @@ int MakeLargeSchool(const QString& blankDb, const QString& path, const SchoolSiz
     QVector<int> tutorTT(size.tutors), roomTT(size.rooms), classTT(size.classes);
     QVector<Calendar> tutorCal(size.tutors), roomCal(size.rooms), classCal(size.classes);
     for (int c = 0; c < size.classes; ++c)
-        classCal[c] = addTimetable(db, QStringLiteral("Class"), classes[c], 1, 1, days, times, classTT[c]);
+        classCal[c] =
+            addTimetable(db, QStringLiteral("Class"), classes[c], 1, 1, days, times, classTT[c]);
     for (int t = 0; t < size.tutors; ++t)
-        tutorCal[t] = addTimetable(db, QStringLiteral("Tutor"), 1, 1, tutors[t], days, times, tutorTT[t]);
+        tutorCal[t] =
+            addTimetable(db, QStringLiteral("Tutor"), 1, 1, tutors[t], days, times, tutorTT[t]);
     for (int r = 0; r < size.rooms; ++r)
-        roomCal[r] = addTimetable(db, QStringLiteral("Room"), 1, rooms[r], 1, days, times, roomTT[r]);
+        roomCal[r] =
+            addTimetable(db, QStringLiteral("Room"), 1, rooms[r], 1, days, times, roomTT[r]);
 
     // Every class lesson has a tutor, subject and room; the tutor's and the
     // room's own timetables carry the same lesson. Class c at (d, p) gets a

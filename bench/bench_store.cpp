@@ -34,11 +34,14 @@ void BM_TutorBusyJoin(benchmark::State& state) {
     school();
     int tutor = 2;
     for (auto _ : state) {
-        auto rs = ModMain::DB().Execute(QStringLiteral(
-            "SELECT Slot.ID AS ID FROM TutorSlot, Slot, DayTitle, TimeTitle WHERE Slot.ID<>-1 AND "
-            "TutorSlot.SlotID = Slot.ID AND Slot.DayTitleID = DayTitle.ID AND "
-            "DayTitle.ProjectDayTitleID = 3 AND TutorSlot.TutorID = %1 AND Slot.TimeTitleID = "
-            "TimeTitle.ID AND TimeTitle.ProjectTimeTitleID = 4;").arg(tutor));
+        auto rs = ModMain::DB().Execute(
+            QStringLiteral(
+                "SELECT Slot.ID AS ID FROM TutorSlot, Slot, DayTitle, TimeTitle WHERE Slot.ID<>-1 "
+                "AND "
+                "TutorSlot.SlotID = Slot.ID AND Slot.DayTitleID = DayTitle.ID AND "
+                "DayTitle.ProjectDayTitleID = 3 AND TutorSlot.TutorID = %1 AND Slot.TimeTitleID = "
+                "TimeTitle.ID AND TimeTitle.ProjectTimeTitleID = 4;")
+                .arg(tutor));
         benchmark::DoNotOptimize(rs.RecordCount());
         tutor = tutor % 100 + 2;
     }
@@ -51,10 +54,12 @@ void BM_SlotLookup(benchmark::State& state) {
     int timetable = 1;
     for (auto _ : state) {
         auto tt = ModMain::DB().Execute(
-            QStringLiteral("SELECT ID FROM TimeTitle WHERE timetableid = %1 AND ProjectTimeTitleID = 5")
+            QStringLiteral(
+                "SELECT ID FROM TimeTitle WHERE timetableid = %1 AND ProjectTimeTitleID = 5")
                 .arg(timetable));
         auto dt = ModMain::DB().Execute(
-            QStringLiteral("SELECT ID FROM DayTitle WHERE timetableid = %1 AND ProjectDayTitleID = 2")
+            QStringLiteral(
+                "SELECT ID FROM DayTitle WHERE timetableid = %1 AND ProjectDayTitleID = 2")
                 .arg(timetable));
         auto rs = ModMain::DB().Execute(
             QStringLiteral("SELECT Slot.ID AS ID FROM Slot WHERE timetableid = %1 AND DayTitleID = "

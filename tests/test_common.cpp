@@ -63,12 +63,12 @@ void TestCommon::dates_data() {
     QTest::addColumn<QDate>("next");
     QTest::addColumn<QDate>("end");
     QTest::addColumn<int>("days");
-    QTest::newRow("into short February") << QDate(2023, 1, 31) << QDate(2023, 2, 28)
-                                         << QDate(2023, 1, 31) << 31;
-    QTest::newRow("leap February") << QDate(2024, 2, 10) << QDate(2024, 3, 10)
-                                   << QDate(2024, 2, 29) << 29;
-    QTest::newRow("century, no leap") << QDate(2100, 2, 1) << QDate(2100, 3, 1)
-                                      << QDate(2100, 2, 28) << 28;
+    QTest::newRow("into short February")
+        << QDate(2023, 1, 31) << QDate(2023, 2, 28) << QDate(2023, 1, 31) << 31;
+    QTest::newRow("leap February")
+        << QDate(2024, 2, 10) << QDate(2024, 3, 10) << QDate(2024, 2, 29) << 29;
+    QTest::newRow("century, no leap")
+        << QDate(2100, 2, 1) << QDate(2100, 3, 1) << QDate(2100, 2, 28) << 28;
 }
 
 void TestCommon::dates() {
@@ -87,9 +87,12 @@ void TestCommon::dates() {
 void TestCommon::sqlReplace_data() {
     QTest::addColumn<QString>("in");
     QTest::addColumn<QString>("out");
-    QTest::newRow("name") << "O'Brien" << "O''Brien";
-    QTest::newRow("two quotes") << "''" << "''''";
-    QTest::newRow("none") << "say \"hi\"" << "say \"hi\"";
+    QTest::newRow("name") << "O'Brien"
+                          << "O''Brien";
+    QTest::newRow("two quotes") << "''"
+                                << "''''";
+    QTest::newRow("none") << "say \"hi\""
+                          << "say \"hi\"";
 }
 
 void TestCommon::sqlReplace() {
@@ -105,11 +108,12 @@ void TestCommon::listHelpers() {
     for (const char* name : {"Physics", "Art", "O''Neill Hall"})
         db.Execute(QStringLiteral("INSERT INTO Room (name, Capacity) VALUES ('%1', 20);")
                        .arg(QString::fromUtf8(name)));
-    const QString sql = QStringLiteral("SELECT id, name, Capacity FROM Room WHERE id<>1 ORDER BY name;");
+    const QString sql =
+        QStringLiteral("SELECT id, name, Capacity FROM Room WHERE id<>1 ORDER BY name;");
 
     QComboBox combo;
     combo.addItem(QStringLiteral("stale"), 99);
-    Common::GetComboItemData_List(combo, db.Execute(sql));
+    Common::GetComboItemData_List(combo, db.Execute(sql).vTableArray());
     QCOMPARE(combo.count(), 3);
     const qint32 artID = combo.itemData(0).toInt();
     QCOMPARE(Common::GetComboText_ItemData(combo, artID), QStringLiteral("Art"));
@@ -119,7 +123,7 @@ void TestCommon::listHelpers() {
 
     QListWidget list;
     list.setSelectionMode(QAbstractItemView::MultiSelection);
-    Common::GetListBoxItemData_List(list, db.Execute(sql));
+    Common::GetListBoxItemData_List(list, db.Execute(sql).vTableArray());
     list.item(1)->setSelected(true);
     Common::SelectListBox_ItemData(list, {artID, Common::ListBoxItemData(list, 2), 12345});
     QVERIFY(list.item(0)->isSelected());
@@ -129,7 +133,7 @@ void TestCommon::listHelpers() {
     FlexGrid grid;
     grid.setCols(2);
     grid.setRows(6);
-    Common::GetFlexGrid_List(grid, db.Execute(sql));
+    Common::GetFlexGrid_List(grid, db.Execute(sql).vTableArray());
     QCOMPARE(grid.rows(), 4);
     QCOMPARE(grid.textMatrix(1, 1), QStringLiteral("Art"));
     QCOMPARE(grid.textMatrix(3, 2), QStringLiteral("20"));
@@ -174,11 +178,18 @@ void TestCommon::fileDialogNames_data() {
     QTest::addColumn<QString>("typed"); // empty: the user cancels
     QTest::addColumn<QString>("fileName");
     QTest::addColumn<QString>("fileTitle");
-    QTest::newRow("extension added") << "/tmp/school" << "/tmp/school.VNPL" << "school.VNPL";
-    QTest::newRow("own extension kept") << "/tmp/school.db" << "/tmp/school.db" << "school.db";
+    QTest::newRow("extension added") << "/tmp/school"
+                                     << "/tmp/school.VNPL"
+                                     << "school.VNPL";
+    QTest::newRow("own extension kept") << "/tmp/school.db"
+                                        << "/tmp/school.db"
+                                        << "school.db";
     QTest::newRow("cut at zero") << QStringLiteral("/tmp/a.VNPL") + QChar(u'\0') + "junk"
-                                 << "/tmp/a.VNPL" << "a.VNPL";
-    QTest::newRow("cancel keeps the name") << "" << "suggested.VNPL" << "title";
+                                 << "/tmp/a.VNPL"
+                                 << "a.VNPL";
+    QTest::newRow("cancel keeps the name") << ""
+                                           << "suggested.VNPL"
+                                           << "title";
 }
 
 void TestCommon::fileDialogNames() {
@@ -190,10 +201,9 @@ void TestCommon::fileDialogNames() {
     QString name = QStringLiteral("suggested.VNPL");
     QString title = QStringLiteral("title");
     int filterIndex = 2;
-    const bool chosen =
-        Common::VBGetSaveFileName(name, &title, true, false, false, true,
-                                  QStringLiteral("A|*.a|B|*.b"), &filterIndex, QStringLiteral("/tmp"),
-                                  QStringLiteral("Save Project As"), QStringLiteral("VNPL"));
+    const bool chosen = Common::VBGetSaveFileName(
+        name, &title, true, false, false, true, QStringLiteral("A|*.a|B|*.b"), &filterIndex,
+        QStringLiteral("/tmp"), QStringLiteral("Save Project As"), QStringLiteral("VNPL"));
     QCOMPARE(chosen, !typed.isEmpty());
     QCOMPARE(name, fileName);
     QCOMPARE(title, fileTitle);

@@ -1,9 +1,9 @@
 // The main window's states and project commands, start-up and exit, the help
 // window and the error reporter.
 
+#include "common/ErrorHandler.h"
 #include "common/FlexGrid.h"
 #include "common/Settings.h"
-#include "shell/ErrorHandler.h"
 #include "shell/frmHelp.h"
 #include "shell/frmMain.h"
 #include "store/ModMain.h"
@@ -234,20 +234,23 @@ void TestShell::errorReporting() {
         const ShownMessage& m = boxes.messages().first();
         QCOMPARE(m.title, QStringLiteral("Application Error"));
         QCOMPARE(m.icon, Common::MsgIcon::Critical);
-        QCOMPARE(m.text,
-                 QStringLiteral("Timetable has encountered a problem. We are sorry for the "
-                                "inconvenience.\r\n\r\nModule: frmMain\r\nProcedure: RefreshTable\r\n"
-                                "Line Number: 12\r\n\r\nInvalid procedure call (5)"));
+        QCOMPARE(m.text, QStringLiteral(
+                             "Timetable has encountered a problem. We are sorry for the "
+                             "inconvenience.\r\n\r\nModule: frmMain\r\nProcedure: RefreshTable\r\n"
+                             "Line Number: 12\r\n\r\nInvalid procedure call (5)"));
     }
 
     // With a report component, it gets everything and no box is shown;
     // Guard turns any exception into a report and the fallback value.
     MessageRecorder boxes;
     ErrorRecorder errors;
-    const int value = Guard("ModMain", "DoCreateGetSlot", []() -> int {
-        throw VbError(1, QStringLiteral("ModMain"),
-                      QStringLiteral("Error DoCreateGetSlot can't find TimeTitle 0"));
-    }, -1);
+    const int value = Guard(
+        "ModMain", "DoCreateGetSlot",
+        []() -> int {
+            throw VbError(1, QStringLiteral("ModMain"),
+                          QStringLiteral("Error DoCreateGetSlot can't find TimeTitle 0"));
+        },
+        -1);
     QCOMPARE(value, -1);
     Guard("frmMain", "Other", [] { throw std::runtime_error("disk full"); });
     QVERIFY(boxes.messages().isEmpty());
@@ -260,9 +263,10 @@ void TestShell::errorReporting() {
     QCOMPARE(r.description, QStringLiteral("Error DoCreateGetSlot can't find TimeTitle 0"));
     QCOMPARE(r.appTitle, QStringLiteral("Timetable"));
     QCOMPARE(r.version, QStringLiteral(VANTOR_VERSION));
-    QCOMPARE(r.variables, QStringLiteral("<Variables><LocalVariables></LocalVariables>"
-                                         "<ModuleVariables></ModuleVariables><GlobalVariables>"
-                                         "</GlobalVariables></Variables><Parameters></Parameters>"));
+    QCOMPARE(r.variables,
+             QStringLiteral("<Variables><LocalVariables></LocalVariables>"
+                            "<ModuleVariables></ModuleVariables><GlobalVariables>"
+                            "</GlobalVariables></Variables><Parameters></Parameters>"));
     QCOMPARE(errors.reports().at(1).number, 51);
     QCOMPARE(errors.reports().at(1).description, QStringLiteral("disk full"));
 }
@@ -280,8 +284,10 @@ void TestShell::commandLine() {
 void TestShell::help_data() {
     QTest::addColumn<QString>("command");
     QTest::addColumn<QString>("page");
-    QTest::newRow("contents") << "mnuHelpContents" << "index.html";
-    QTest::newRow("tutorial") << "mnuHelpGettingStarted" << "getting-started.html";
+    QTest::newRow("contents") << "mnuHelpContents"
+                              << "index.html";
+    QTest::newRow("tutorial") << "mnuHelpGettingStarted"
+                              << "getting-started.html";
 }
 
 void TestShell::help() {

@@ -147,7 +147,8 @@ void TestStore::open() {
     if (kind == QLatin1String("missing")) {
         QVERIFY(!ModMain::DB().DBOpen(name));
         QCOMPARE(ModMain::OpenFailureText(name), QStringLiteral("Unable to open project file ") +
-                                                     name + QStringLiteral(".\r\nFile not found\r\n53"));
+                                                     name +
+                                                     QStringLiteral(".\r\nFile not found\r\n53"));
     }
 }
 
@@ -157,7 +158,9 @@ void TestStore::blankProject() {
     auto& db = ModMain::DB();
     auto count = [&](const QString& sql) { return db.Execute(sql).Field(qint16(0)).toInt(); };
     for (const char* table : {"Tutor", "Subject", "Room", "Class"})
-        QCOMPARE(count(QStringLiteral("SELECT MAX(id) + COUNT(*) FROM %1").arg(QLatin1String(table))), 2);
+        QCOMPARE(
+            count(QStringLiteral("SELECT MAX(id) + COUNT(*) FROM %1").arg(QLatin1String(table))),
+            2);
     for (const char* table : {"ProjectDayTitle", "ProjectTimeTitle", "Timetable", "Slot",
                               "TutorSlot", "SubjectsTaughtByTutor"})
         QVERIFY2(count(QStringLiteral("SELECT COUNT(*) FROM %1").arg(QLatin1String(table))) == 0,
@@ -216,7 +219,8 @@ void TestStore::indexesServeJoins() {
     QVERIFY(plan.RecordCount() > 0);
     for (; !plan.eof(); plan.MoveNext()) {
         const QString detail = plan.Field("detail").toString();
-        QVERIFY2(!detail.startsWith(QStringLiteral("SCAN ")) || detail.contains(QStringLiteral("INDEX")),
+        QVERIFY2(!detail.startsWith(QStringLiteral("SCAN ")) ||
+                     detail.contains(QStringLiteral("INDEX")),
                  qPrintable(detail));
     }
 }
@@ -244,20 +248,23 @@ void TestStore::resourceAndSlotRecords() {
     ErrorRecorder errors;
     QVERIFY(env.open(env.newProject()));
     auto& db = ModMain::DB();
-    const qint32 tutor = ModMain::CreateTutorRecord(QStringLiteral("Mr O'Brien"), QStringLiteral("O'B"),
-                                                    QString(), QStringLiteral("Head of 'Year 7'"));
+    const qint32 tutor =
+        ModMain::CreateTutorRecord(QStringLiteral("Mr O'Brien"), QStringLiteral("O'B"), QString(),
+                                   QStringLiteral("Head of 'Year 7'"));
     const qint32 room = ModMain::CreateRoomRecord(QStringLiteral("Room ''4''"), 32);
     const qint32 subject = ModMain::CreateSubjectRecord(QStringLiteral("Children's Art"), 45);
     QVERIFY(tutor > 1 && room > 1 && subject > 1);
     QCOMPARE(ModMain::CreateRoomRecord(QStringLiteral("Hall"), 200), room + 1);
-    auto t = db.Execute(QStringLiteral("SELECT DisplayName, notes FROM Tutor WHERE id = %1").arg(tutor));
+    auto t =
+        db.Execute(QStringLiteral("SELECT DisplayName, notes FROM Tutor WHERE id = %1").arg(tutor));
     QCOMPARE(t.Field("DisplayName").toString(), QStringLiteral("O'B"));
     QCOMPARE(t.Field("notes").toString(), QStringLiteral("Head of 'Year 7'"));
     auto r = db.Execute(QStringLiteral("SELECT name, Capacity FROM Room WHERE id = %1").arg(room));
     QCOMPARE(r.Field("name").toString(), QStringLiteral("Room ''4''"));
     QCOMPARE(r.Field("Capacity").toInt(), 32);
 
-    const qint32 slot = ModMain::CreateSlotRecord(7, QTime(9, 5), 45, QStringLiteral("Monday's"), 3, 11, 12);
+    const qint32 slot =
+        ModMain::CreateSlotRecord(7, QTime(9, 5), 45, QStringLiteral("Monday's"), 3, 11, 12);
     auto s = db.Execute(QStringLiteral("SELECT TimetableID, StartTime, Duration, DOW, SpecialID, "
                                        "DayTitleID, TimeTitleID FROM Slot WHERE id = %1")
                             .arg(slot));
@@ -274,10 +281,14 @@ void TestStore::slotLinks_data() {
     QTest::addColumn<QString>("column");
     QTest::addColumn<quintptr>("create");
     const auto fn = [](LinkFn f) { return reinterpret_cast<quintptr>(f); };
-    QTest::newRow("tutor") << "TutorSlot" << "TutorID" << fn(&ModMain::CreateTutorSlotRecord);
-    QTest::newRow("subject") << "SubjectSlot" << "SubjectID" << fn(&ModMain::CreateSubjectSlotRecord);
-    QTest::newRow("room") << "RoomSlot" << "RoomID" << fn(&ModMain::CreateRoomSlotRecord);
-    QTest::newRow("class") << "ClassSlot" << "ClassID" << fn(&ModMain::CreateClassSlotRecord);
+    QTest::newRow("tutor") << "TutorSlot"
+                           << "TutorID" << fn(&ModMain::CreateTutorSlotRecord);
+    QTest::newRow("subject") << "SubjectSlot"
+                             << "SubjectID" << fn(&ModMain::CreateSubjectSlotRecord);
+    QTest::newRow("room") << "RoomSlot"
+                          << "RoomID" << fn(&ModMain::CreateRoomSlotRecord);
+    QTest::newRow("class") << "ClassSlot"
+                           << "ClassID" << fn(&ModMain::CreateClassSlotRecord);
 }
 
 void TestStore::slotLinks() {
@@ -289,7 +300,8 @@ void TestStore::slotLinks() {
     QVERIFY(env.open(env.newProject()));
     auto rows = [&] {
         return ModMain::DB()
-            .Execute(QStringLiteral("SELECT id FROM %1 WHERE SlotID = 5 AND %2 = 9").arg(table, column))
+            .Execute(
+                QStringLiteral("SELECT id FROM %1 WHERE SlotID = 5 AND %2 = 9").arg(table, column))
             .RecordCount();
     };
     // Checked twice: one row, the same id both times; another pair is a new row.

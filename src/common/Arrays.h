@@ -15,8 +15,7 @@ double Rnd();
 
 // Shuffles in place: from the last element down to the first, swap element i
 // with element int(Rnd() * (i + 1)).
-template <class T>
-void RandomizeArray(QList<T>& ArrayIn) {
+template <class T> void RandomizeArray(QList<T>& ArrayIn) {
     for (qsizetype i = ArrayIn.size() - 1; i >= 0; --i) {
         const auto j = static_cast<qsizetype>(Rnd() * static_cast<double>(i + 1));
         T TempElement = std::move(ArrayIn[i]);
@@ -31,16 +30,14 @@ void RandomizeArray(QVariant& ArrayIn);
 // What ArraySearch returns when the value is not there.
 inline constexpr qsizetype kNotFound = -1;
 
-template <class T, class V>
-qsizetype ArraySearch(const QList<T>& array, const V& value) {
+template <class T, class V> qsizetype ArraySearch(const QList<T>& array, const V& value) {
     for (qsizetype i = 0; i < array.size(); ++i)
         if (array.at(i) == value)
             return i;
     return kNotFound;
 }
 
-template <class T, class V>
-qsizetype ArrayCountOccurances(const QList<T>& array, const V& value) {
+template <class T, class V> qsizetype ArrayCountOccurances(const QList<T>& array, const V& value) {
     qsizetype Count = 0;
     for (const T& element : array)
         if (element == value)

@@ -28,7 +28,7 @@ bool runQtDialog(FileDialogRequest& req, QWidget* owner) {
         dlg.setFileMode(QFileDialog::ExistingFiles);
     else
         dlg.setFileMode((req.flags & OFN::FileMustExist) ? QFileDialog::ExistingFile
-                                                          : QFileDialog::AnyFile);
+                                                         : QFileDialog::AnyFile);
     dlg.setOption(QFileDialog::DontConfirmOverwrite, !(req.flags & OFN::OverwritePrompt));
     dlg.setOption(QFileDialog::ReadOnly, false);
     dlg.setNameFilters(req.nameFilters);
@@ -129,8 +129,7 @@ QString AddDefaultExtension(const QString& fileName, const QString& defaultExt) 
     QString ext = defaultExt;
     if (ext.startsWith(QLatin1Char('.')))
         ext.remove(0, 1);
-    return fileName.endsWith(QLatin1Char('.')) ? fileName + ext
-                                               : fileName + QLatin1Char('.') + ext;
+    return fileName.endsWith(QLatin1Char('.')) ? fileName + ext : fileName + QLatin1Char('.') + ext;
 }
 
 bool VBGetOpenFileName(QString& FileName, QString* FileTitle, bool FileMustExist, bool MultiSelect,

@@ -51,9 +51,8 @@ bool VBGetOpenFileName(QString& FileName, QString* FileTitle = nullptr, bool Fil
                        const QString& DlgTitle = QString(), const QString& DefaultExt = QString(),
                        QWidget* Owner = nullptr, int Flags = 0);
 
-bool VBGetSaveFileName(QString& FileName, QString* FileTitle = nullptr,
-                       bool OverWritePrompt = true, bool MultiSelect = false,
-                       bool ReadOnly = false, bool HideReadOnly = false,
+bool VBGetSaveFileName(QString& FileName, QString* FileTitle = nullptr, bool OverWritePrompt = true,
+                       bool MultiSelect = false, bool ReadOnly = false, bool HideReadOnly = false,
                        const QString& Filter = QStringLiteral("All (*.*)|*.*"),
                        int* FilterIndex = nullptr, const QString& InitDir = QString(),
                        const QString& DlgTitle = QString(), const QString& DefaultExt = QString(),

@@ -5,10 +5,14 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionHeader>
+#include <algorithm>
+#include <climits>
 
 namespace {
 constexpr int kDataRole = Qt::UserRole + 1;
 constexpr int kTwipsPerInch = 1440;
+// No row or column is taller or wider than this (20 inches), whatever a file says.
+constexpr int kMaxSizeTwips = 20 * kTwipsPerInch;
 } // namespace
 
 FlexGrid::FlexGrid(QWidget* parent) : QTableWidget(parent) {
@@ -257,11 +261,33 @@ int FlexGrid::dpi() const {
 }
 
 int FlexGrid::twipsToPixels(int twips) const {
-    return (twips * dpi() + kTwipsPerInch / 2) / kTwipsPerInch;
+    // In 64 bits: a size from a damaged file must not overflow on the way.
+    const qint64 px = (qint64(twips) * dpi() + kTwipsPerInch / 2) / kTwipsPerInch;
+    return static_cast<int>(std::clamp<qint64>(px, INT_MIN / 2, INT_MAX / 2));
 }
 
 int FlexGrid::pixelsToTwips(int pixels) const {
-    return (pixels * kTwipsPerInch + dpi() / 2) / dpi();
+    const qint64 twips = (qint64(pixels) * kTwipsPerInch + dpi() / 2) / dpi();
+    return static_cast<int>(std::clamp<qint64>(twips, INT_MIN / 2, INT_MAX / 2));
+}
+
+void FlexGrid::markSizesSaved() {
+    m_savedRowTwips.resize(rows());
+    m_savedColTwips.resize(cols());
+    for (int r = 0; r < rows(); ++r)
+        m_savedRowTwips[r] = rowHeightTwips(r);
+    for (int c = 0; c < cols(); ++c)
+        m_savedColTwips[c] = colWidthTwips(c);
+}
+
+bool FlexGrid::rowHeightChanged(int r) const {
+    return r >= 0 && r < rows() &&
+           (r >= m_savedRowTwips.size() || m_savedRowTwips[r] != rowHeightTwips(r));
+}
+
+bool FlexGrid::colWidthChanged(int c) const {
+    return c >= 0 && c < cols() &&
+           (c >= m_savedColTwips.size() || m_savedColTwips[c] != colWidthTwips(c));
 }
 
 int FlexGrid::rowHeightTwips(int r) const {
@@ -275,7 +301,7 @@ int FlexGrid::rowHeightTwips(int r) const {
 void FlexGrid::setRowHeightTwips(int r, int twips) {
     if (r < 0 || r >= rows())
         return;
-    twips = std::max(twips, 0);
+    twips = std::clamp(twips, 0, kMaxSizeTwips);
     m_rowTwips[r] = twips;
     if (r == 0)
         horizontalHeader()->setFixedHeight(twipsToPixels(twips));
@@ -294,7 +320,7 @@ int FlexGrid::colWidthTwips(int c) const {
 void FlexGrid::setColWidthTwips(int c, int twips) {
     if (c < 0 || c >= cols())
         return;
-    twips = std::max(twips, 0);
+    twips = std::clamp(twips, 0, kMaxSizeTwips);
     m_colTwips[c] = twips;
     if (c == 0)
         verticalHeader()->setFixedWidth(twipsToPixels(twips));

@@ -58,6 +58,13 @@ public:
     int colWidthTwips(int c) const;
     void setColWidthTwips(int c, int twips);
 
+    // Sizes are clamped to 0..20 inches, so a damaged file cannot make a grid
+    // of absurd size. markSizesSaved records the present sizes; the Changed
+    // functions tell which differ from them since.
+    void markSizesSaved();
+    bool rowHeightChanged(int r) const;
+    bool colWidthChanged(int c) const;
+
     // Pixel and twip conversion at this widget's resolution.
     int twipsToPixels(int twips) const;
     int pixelsToTwips(int pixels) const;
@@ -90,6 +97,8 @@ private:
     // back exactly as it was written and does not drift by rounding.
     QVector<int> m_rowTwips;
     QVector<int> m_colTwips;
+    QVector<int> m_savedRowTwips;
+    QVector<int> m_savedColTwips;
     QString m_cornerText;
     QString m_emptyText;
     QWidget* m_corner = nullptr;

@@ -1,7 +1,6 @@
 #include "common/ListHelpers.h"
 
 #include "common/FlexGrid.h"
-#include "store/clsSQLiteRecordset.h"
 
 #include <QComboBox>
 #include <QListWidget>
@@ -10,23 +9,20 @@ namespace Common {
 
 namespace {
 // The records of a result, skipping its heading row of column names.
-template <class F>
-void forEachRecord(const clsSQLiteRecordset& rs, F&& f) {
-    const TableArray& table = rs.vTableArray();
-    for (qint32 r = 1; r <= rs.RecordCount() && r < table.size(); ++r)
+template <class F> void forEachRecord(const TableArray& table, F&& f) {
+    for (qsizetype r = 1; r < table.size(); ++r)
         f(table.at(r));
 }
 } // namespace
 
-void GetFlexGrid_List(FlexGrid& grid, const clsSQLiteRecordset& rs, int firstCol) {
+void GetFlexGrid_List(FlexGrid& grid, const TableArray& table, int firstCol) {
     grid.clearGrid();
-    const TableArray& table = rs.vTableArray();
     const int fields = table.isEmpty() ? 0 : static_cast<int>(table.first().size());
     if (grid.cols() < firstCol + fields - 1)
         grid.setCols(firstCol + fields - 1);
-    grid.setRows(rs.RecordCount() + 1);
+    grid.setRows(static_cast<int>(std::max<qsizetype>(table.size(), 1)));
     int row = 0;
-    forEachRecord(rs, [&](const QVector<Variant>& record) {
+    forEachRecord(table, [&](const QVector<Variant>& record) {
         ++row;
         grid.setRowData(row, record.value(0).toInt());
         for (int f = 1; f < record.size(); ++f)
@@ -34,16 +30,16 @@ void GetFlexGrid_List(FlexGrid& grid, const clsSQLiteRecordset& rs, int firstCol
     });
 }
 
-void GetComboItemData_List(QComboBox& combo, const clsSQLiteRecordset& rs) {
+void GetComboItemData_List(QComboBox& combo, const TableArray& table) {
     combo.clear();
-    forEachRecord(rs, [&](const QVector<Variant>& record) {
+    forEachRecord(table, [&](const QVector<Variant>& record) {
         combo.addItem(record.value(1).toString(), record.value(0).toInt());
     });
 }
 
-void GetListBoxItemData_List(QListWidget& list, const clsSQLiteRecordset& rs) {
+void GetListBoxItemData_List(QListWidget& list, const TableArray& table) {
     list.clear();
-    forEachRecord(rs, [&](const QVector<Variant>& record) {
+    forEachRecord(table, [&](const QVector<Variant>& record) {
         auto* item = new QListWidgetItem(record.value(1).toString(), &list);
         item->setData(Qt::UserRole, record.value(0).toInt());
     });

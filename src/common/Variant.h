@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QVariant>
+#include <QVector>
 
 class Variant {
 public:
@@ -75,3 +76,6 @@ inline bool Variant::toBool() const {
     const double d = t.toDouble(&ok);
     return ok && d != 0.0;
 }
+
+// A statement's whole result: row 0 holds the column names, rows 1.. the records.
+using TableArray = QVector<QVector<Variant>>;

@@ -7,8 +7,8 @@
 #include "shell/frmMain.h"
 #include "store/ModMain.h"
 
-#include <QApplication>
 #include <QAction>
+#include <QApplication>
 #include <QFileInfo>
 #include <QTimer>
 #include <cstdio>
@@ -17,8 +17,6 @@
 namespace ModMain {
 
 namespace {
-bool g_runningFromIDE = false;
-
 const char* const kUsage =
     "Usage: vantor-planner [FILE.VNPL]\n"
     "\n"
@@ -29,10 +27,6 @@ const char* const kUsage =
     "  -h, --help     show this help and exit\n"
     "  -v, --version  show the version and exit\n";
 } // namespace
-
-bool RunningFromIDE() {
-    return g_runningFromIDE;
-}
 
 void DoFirstRun(frmMain& main) {
     const QString app = QString::fromLatin1(Common::kConfigApp);
@@ -49,10 +43,14 @@ void DoFirstRun(frmMain& main) {
         Common::MsgButtons::YesNoCancel, Common::MsgIcon::Question);
     if (answer == Common::MsgResult::Yes)
         frmHelp::ShowHelp(frmHelp::kGettingStarted);
+    // A project named on the command line (a double-click in the file
+    // manager) is what the user came for: no new project over it.
+    if (ProjectIsOpen())
+        return;
     if (QAction* newProject = main.command(QStringLiteral("mnuFileNewProject"));
         main.isBuilt(newProject))
         newProject->trigger();
-    if (!DB().IsDBOpen())
+    if (!ProjectIsOpen())
         main.NoProject();
 }
 
@@ -79,8 +77,6 @@ int Main(int argc, char** argv) {
         }
         projectFile = QString::fromLocal8Bit(arg);
     }
-
-    g_runningFromIDE = !qEnvironmentVariableIsEmpty("VANTOR_DEVELOPMENT");
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vantor Planner"));

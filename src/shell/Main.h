@@ -8,10 +8,6 @@ namespace ModMain {
 // Runs the program; returns its exit code.
 int Main(int argc, char** argv);
 
-// True when started from a development build tree (VANTOR_DEVELOPMENT set),
-// recorded once at start-up for the error reporter.
-bool RunningFromIDE();
-
 // On the very first start: offers the getting-started tutorial, then New
 // Project. Does nothing on later starts.
 void DoFirstRun(frmMain& main);

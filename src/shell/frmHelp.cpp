@@ -1,7 +1,7 @@
 #include "shell/frmHelp.h"
 
 #include "common/Common.h"
-#include "shell/Icons.h"
+#include "common/Icons.h"
 
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -23,9 +23,9 @@ struct Topic {
     const char* page;
 };
 constexpr Topic kTopics[] = {
-    {1, "index.html"},        {2, "projects.html"},   {3, "getting-started.html"},
-    {4, "resources.html"},    {5, "timetables.html"}, {6, "scheduling.html"},
-    {7, "autofill.html"},     {8, "printing.html"},
+    {1, "index.html"},     {2, "projects.html"},   {3, "getting-started.html"},
+    {4, "resources.html"}, {5, "timetables.html"}, {6, "scheduling.html"},
+    {7, "autofill.html"},  {8, "printing.html"},
 };
 } // namespace
 

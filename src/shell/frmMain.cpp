@@ -1,15 +1,17 @@
 #include "shell/frmMain.h"
 
 #include "common/Common.h"
+#include "common/ErrorHandler.h"
 #include "common/FileDialogs.h"
 #include "common/FlexGrid.h"
-#include "shell/ErrorHandler.h"
-#include "shell/Icons.h"
+#include "common/Icons.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
+#include "timetable/TimetableRecords.h"
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QDir>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
@@ -95,6 +97,8 @@ void frmMain::buildMenus() {
                QKeySequence(QStringLiteral("Ctrl+Shift+N")));
     addCommand(mnuFile, QStringLiteral("mnuFileOpenProject"), QStringLiteral("&Open Project..."),
                QKeySequence::Open);
+    addCommand(mnuFile, QStringLiteral("mnuFileSetUpCalendar"),
+               QStringLiteral("Set Up &Days and Periods..."));
     mnuFile->addSeparator();
     addCommand(mnuFile, QStringLiteral("mnuFileNew"), QStringLiteral("&New Timetable..."),
                QKeySequence::New);
@@ -129,7 +133,8 @@ void frmMain::buildMenus() {
     addCommand(mnuTools, QStringLiteral("mnuToolsAutoFill"), QStringLiteral("&Auto Fill..."));
     addCommand(mnuTools, QStringLiteral("mnuToolsFillMethods"), QStringLiteral("Fill &Methods..."));
     mnuTools->addSeparator();
-    addCommand(mnuTools, QStringLiteral("mnuToolsManageTutors"), QStringLiteral("Manage &Tutors..."));
+    addCommand(mnuTools, QStringLiteral("mnuToolsManageTutors"),
+               QStringLiteral("Manage &Tutors..."));
     addCommand(mnuTools, QStringLiteral("mnuToolsManageSubjects"),
                QStringLiteral("Manage &Subjects..."));
     addCommand(mnuTools, QStringLiteral("mnuToolsManageRooms"), QStringLiteral("Manage &Rooms..."));
@@ -205,8 +210,8 @@ void frmMain::buildCentral() {
                  {&gRoom, "gRoom", "Room", "Rooms"},
                  {&gClass, "gClass", "Class", "Classes"}};
     for (const auto& l : lists) {
-        auto* label = new QLabel(QStringLiteral("<b>%1</b>").arg(QString::fromLatin1(l.heading)),
-                                 side);
+        auto* label =
+            new QLabel(QStringLiteral("<b>%1</b>").arg(QString::fromLatin1(l.heading)), side);
         label->setObjectName(QStringLiteral("lbl") + QString::fromLatin1(l.name).mid(1));
         *l.list = makeResourceList(QString::fromLatin1(l.name), QString::fromLatin1(l.word), side);
         label->setBuddy(*l.list);
@@ -229,6 +234,7 @@ void frmMain::wireCommands() {
     on(QStringLiteral("mnuFileOpenProject"), &frmMain::mnuFileOpenProject_Click);
     on(QStringLiteral("mnuFileExit"), &frmMain::mnuFileExit_Click);
     on(QStringLiteral("mnuFileNewProject"), &frmMain::mnuFileNewProject_Click);
+    on(QStringLiteral("mnuFileSetUpCalendar"), &frmMain::mnuFileSetUpCalendar_Click);
     on(QStringLiteral("mnuHelpContents"), &frmMain::mnuHelpContents_Click);
     on(QStringLiteral("mnuHelpGettingStarted"), &frmMain::mnuHelpGettingStarted_Click);
     on(QStringLiteral("mnuFileNew"), &frmMain::mnuFileNew_Click);
@@ -256,13 +262,54 @@ QAction* frmMain::command(const QString& name) const {
     return m_commands.value(name);
 }
 
+namespace {
+// The commands that change the project, kept off while it is read-only.
+bool writes(const QString& command) {
+    static const QSet<QString> writing = {"mnuFileNew",
+                                          "mnuFileDelete",
+                                          "mnuFileSetUpCalendar",
+                                          "mnuFormatTimetable",
+                                          "mnuFormatSameSizeColumns",
+                                          "mnuFormatSameSizeRows",
+                                          "mnuFormatDefineLunchColumn",
+                                          "mnuToolsAutoFill",
+                                          "mnuToolsFillMethods",
+                                          "mnuToolsManageTutors",
+                                          "mnuToolsManageSubjects",
+                                          "mnuToolsManageRooms",
+                                          "mnuToolsManageClasses",
+                                          "mnuPeriodClear",
+                                          "mnuPeriodUnavailable",
+                                          "mnuPeriodLunch",
+                                          "mnuPeriodBreak"};
+    return writing.contains(command);
+}
+} // namespace
+
 void frmMain::setEnabled(QAction* action, bool enabled) {
-    if (action)
-        action->setEnabled(enabled && m_built.contains(action));
+    if (!action)
+        return;
+    QString name = action->objectName();
+    if (name.startsWith(QLatin1String("tb")))
+        name = m_toolbarTargets.value(name.mid(2));
+    const bool readOnly = ModMain::ProjectIsOpen() && ModMain::DB().IsReadOnly();
+    action->setEnabled(enabled && m_built.contains(action) && !(readOnly && writes(name)));
+}
+
+void frmMain::setCaption(const QString& shown) {
+    QString caption = Common::AppTitle();
+    if (!shown.isEmpty())
+        caption += QStringLiteral(" - ") + shown;
+    if (ModMain::ProjectIsOpen() && ModMain::DB().IsReadOnly())
+        caption += QStringLiteral(" (read only)");
+    setWindowTitle(caption);
 }
 
 void frmMain::setMenuEnabled(QMenu* menu, bool enabled) {
     menu->menuAction()->setEnabled(enabled);
+    for (QAction* action : menu->actions())
+        if (!action->isSeparator())
+            setEnabled(action, enabled);
 }
 
 void frmMain::setToolbarEnabled(bool enabled) {
@@ -271,8 +318,9 @@ void frmMain::setToolbarEnabled(bool enabled) {
 }
 
 void frmMain::NoTimetable() {
-    setWindowTitle(Common::AppTitle());
+    setCaption();
     clearTimetable();
+    showResourceLists(QString());
     setMenuEnabled(mnuView, false);
     setMenuEnabled(mnuFormat, false);
     setMenuEnabled(mnuTools, false);
@@ -288,13 +336,21 @@ void frmMain::NoProject() {
     setToolbarEnabled(false);
     setEnabled(command(QStringLiteral("mnuFileNew")), false);
     setEnabled(command(QStringLiteral("mnuFileOpen")), false);
+    setEnabled(command(QStringLiteral("mnuFileSetUpCalendar")), false);
     ShowProjectPath(QString());
+    setCaption();
 }
 
 void frmMain::YesProject() {
-    setWindowTitle(Common::AppTitle());
-    g->setEmptyText(QStringLiteral("No timetable is shown.\n\nClick New Table on the toolbar to "
-                                   "create a timetable for a class, tutor or room."));
+    setCaption();
+    if (needsCalendar())
+        g->setEmptyText(QStringLiteral("This project has no days or periods yet, so it cannot "
+                                       "hold timetables.\n\nChoose File > Set Up Days and "
+                                       "Periods to choose them."));
+    else
+        g->setEmptyText(QStringLiteral("No timetable is shown.\n\nClick New Table on the "
+                                       "toolbar to create a timetable for a class, tutor or "
+                                       "room."));
     setMenuEnabled(mnuView, true);
     setMenuEnabled(mnuFormat, true);
     setMenuEnabled(mnuTools, true);
@@ -302,6 +358,11 @@ void frmMain::YesProject() {
     setToolbarEnabled(true);
     for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileDelete", "mnuFilePrintPreview"})
         setEnabled(command(QString::fromLatin1(name)), true);
+    setEnabled(command(QStringLiteral("mnuFileSetUpCalendar")), needsCalendar());
+}
+
+bool frmMain::needsCalendar() const {
+    return ModMain::ProjectIsOpen() && !ModMain::HasCalendar();
 }
 
 void frmMain::ShowProjectPath(const QString& path) {
@@ -315,7 +376,7 @@ void frmMain::Form_Load(const QString& projectFile) {
         const QString path = projectFile.isEmpty() ? ModMain::LastDB() : projectFile;
         if (path.isEmpty())
             return;
-        if (!ModMain::DB().DBOpen(path)) {
+        if (!ModMain::OpenProject(path)) {
             const MsgResult answer =
                 MsgBox(QStringLiteral("Unable to open project file ") + path +
                            QStringLiteral(". Would you like to create a new project?"),
@@ -337,6 +398,13 @@ void frmMain::ProjectOpened() {
     ShowProjectPath(ModMain::DB().GetDBFilename());
     NoTimetable();
     showFirstTimetable();
+    if (ModMain::DB().IsReadOnly())
+        MsgBox(QStringLiteral("You cannot change %1, so it is open for reading only: you can "
+                              "look at and print its timetables, but not change them. To work "
+                              "on it, save a copy where you can write, or ask for write "
+                              "permission.")
+                   .arg(QDir::toNativeSeparators(ModMain::DB().GetDBFilename())),
+               MsgButtons::Ok, MsgIcon::Information);
 }
 
 void frmMain::mnuFileOpenProject_Click() {
@@ -350,7 +418,9 @@ void frmMain::mnuFileOpenProject_Click() {
             return;
         SaveTimetable();
         ModMain::DB().DBClose();
-        if (ModMain::DB().DBOpen(file)) {
+        // Nothing of the closed project stays on screen, whatever comes next.
+        NoProject();
+        if (ModMain::OpenProject(file)) {
             ProjectOpened();
         } else {
             MsgBox(ModMain::OpenFailureText(file), MsgButtons::Ok, MsgIcon::Critical);

@@ -3,6 +3,8 @@
 // lists beside it, and the status bar. The work behind each command lives in
 // its subsystem; this class is the frame and the wiring.
 
+#include "wizards/NewProject.h"
+
 #include <QHash>
 #include <QMainWindow>
 #include <QSet>
@@ -14,7 +16,7 @@ class QToolBar;
 class QToolButton;
 class QWidget;
 
-class frmMain : public QMainWindow {
+class frmMain : public QMainWindow, public ModMain::ProjectHost {
     Q_OBJECT
 public:
     explicit frmMain(QWidget* parent = nullptr);
@@ -28,8 +30,10 @@ public:
     void YesProject();
     void NoTimetable();
 
-    // After a successful DBOpen: project state, path, lists, first timetable.
-    void ProjectOpened();
+    // After a successful open: project state, path, lists, first timetable;
+    // a read-only project says so once, one without days and periods offers
+    // to set them up.
+    void ProjectOpened() override;
     void ShowProjectPath(const QString& path);
 
     // File menu.
@@ -37,6 +41,7 @@ public:
     void mnuFileExit_Click();
     // New Project, and the help window.
     void mnuFileNewProject_Click();
+    void mnuFileSetUpCalendar_Click();
     void mnuHelpContents_Click();
     void mnuHelpGettingStarted_Click();
 
@@ -52,8 +57,8 @@ public:
     void mnuFormatSameSizeRows_Click();
     void LoadTimetable(qint32 TimetableID);
     void RefreshTable();
-    // Writes the grid's row heights and column widths of the shown timetable.
-    void SaveTimetable();
+    // Writes the row heights and column widths the user changed.
+    void SaveTimetable() override;
     void RefreshToolbarTimetables();
 
     // A command by its control name ("mnuFileOpenProject", "tbNew"), for
@@ -70,6 +75,11 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+
+    // What New Project tells the window.
+    QWidget* HostWindow() override { return this; }
+    void ProjectClosed() override { NoProject(); }
+    void StartNewTimetable() override;
 
 private:
     void buildMenus();
@@ -92,6 +102,10 @@ private:
     // Refreshes the timetable list and shows the project's first timetable.
     void showFirstTimetable();
     void showResourceLists(const QString& type);
+    // The title bar: the program's name, what is shown, and a read-only mark.
+    void setCaption(const QString& shown = QString());
+    // Whether the open project lacks days and periods (and so timetables).
+    bool needsCalendar() const;
 
     QHash<QString, QAction*> m_commands;
     QSet<QAction*> m_built;

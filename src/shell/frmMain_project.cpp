@@ -1,12 +1,23 @@
-// The main window's New Project and Help commands; the work lives in the
-// project wizard and the help window.
+// The main window's New Project, calendar set-up and Help commands; the work
+// lives in the project wizard and the help window.
 
 #include "shell/frmHelp.h"
 #include "shell/frmMain.h"
 #include "wizards/NewProject.h"
 
+#include <QAction>
+
 void frmMain::mnuFileNewProject_Click() {
     ModMain::DoNewProject(*this);
+}
+
+void frmMain::mnuFileSetUpCalendar_Click() {
+    ModMain::DoSetUpCalendar(*this);
+}
+
+void frmMain::StartNewTimetable() {
+    if (QAction* a = command(QStringLiteral("mnuFileNew")); isBuilt(a) && a->isEnabled())
+        a->trigger();
 }
 
 void frmMain::mnuHelpContents_Click() {

@@ -5,10 +5,11 @@
 #include "shell/frmMain.h"
 
 #include "common/Common.h"
+#include "common/ErrorHandler.h"
 #include "common/FlexGrid.h"
 #include "scheduling/ResourceLists.h"
-#include "shell/ErrorHandler.h"
 #include "store/ModMain.h"
+#include "store/Transaction.h"
 #include "timetable/TimetableGrid.h"
 #include "timetable/TimetableRecords.h"
 #include "timetable/TimetableState.h"
@@ -18,6 +19,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QMenu>
 #include <QToolBar>
@@ -42,6 +44,13 @@ public:
 private:
     bool m_set = true;
 };
+
+constexpr int kTimetableListWidth = 260;
+constexpr int kTimetableMenuWidth = 420;
+
+QString elided(const QFontMetrics& metrics, const QString& text, int width) {
+    return metrics.elidedText(text, Qt::ElideRight, width);
+}
 } // namespace
 
 void frmMain::buildTimetableList() {
@@ -52,6 +61,8 @@ void frmMain::buildTimetableList() {
     tbTimetables->setToolTip(QStringLiteral("Show another timetable"));
     tbTimetables->setPopupMode(QToolButton::InstantPopup);
     tbTimetables->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    // A long name must not push the toolbar into its overflow menu.
+    tbTimetables->setMaximumWidth(kTimetableListWidth);
     tbTimetables->setMenu(new QMenu(tbTimetables));
     tbTimetables->menu()->setObjectName(QStringLiteral("mnuTimetables"));
     tbTimetables->setEnabled(false);
@@ -62,29 +73,35 @@ void frmMain::RefreshToolbarTimetables() {
     Guard("frmMain", "RefreshToolbarTimetables", [&] {
         QMenu* menu = tbTimetables->menu();
         menu->clear();
+        menu->setToolTipsVisible(true);
         tbTimetables->setText(QStringLiteral("Timetables"));
-        if (!ModMain::DB().IsDBOpen()) {
+        tbTimetables->setToolTip(QStringLiteral("Show another timetable"));
+        if (!ModMain::ProjectIsOpen()) {
             tbTimetables->setEnabled(false);
             return;
         }
         const qint32 current = Timetable::current().ID;
-        for (auto rs = ModMain::DB().Execute(QStringLiteral(
-                 "SELECT id, type, classid, roomid, tutorid, subjectid FROM timetable;"));
-             !rs.eof(); rs.MoveNext()) {
-            const qint32 id = rs.Field("id").toInt();
+        const QFontMetrics metrics(menu->font());
+        for (const ModMain::TimetableEntry& t : ModMain::TimetableList()) {
+            const qint32 id = t.id;
             const QString key = QStringLiteral("k") + QString::number(id);
-            QString text = ModMain::GetTimetableName(id);
+            QString text = t.name;
             if (id == current) {
-                tbTimetables->setText(text);
+                tbTimetables->setText(
+                    elided(tbTimetables->fontMetrics(), text, kTimetableListWidth - 24));
+                tbTimetables->setToolTip(text);
                 text += QStringLiteral(" - Selected");
             }
-            QAction* entry = menu->addAction(text);
+            // Long names are cut in the list; the whole name is the tooltip.
+            QAction* entry = menu->addAction(elided(metrics, text, kTimetableMenuWidth));
+            entry->setToolTip(text);
             entry->setObjectName(key);
             entry->setData(key);
             // Queued: loading rebuilds this menu, which must not delete the
             // entry while it is still announcing its own click.
-            connect(entry, &QAction::triggered, this, [this, id] { LoadTimetable(id); },
-                    Qt::QueuedConnection);
+            connect(
+                entry, &QAction::triggered, this, [this, id] { LoadTimetable(id); },
+                Qt::QueuedConnection);
         }
         tbTimetables->setEnabled(!menu->isEmpty());
     });
@@ -112,9 +129,8 @@ void frmMain::clearTimetable() {
 // Loading rebuilds the timetable list; without a timetable it stays as
 // NoTimetable left it, empty.
 void frmMain::showFirstTimetable() {
-    auto rs = ModMain::DB().Execute(QStringLiteral("SELECT ID FROM Timetable;"));
-    if (!rs.eof())
-        LoadTimetable(rs.Field("ID").toInt());
+    if (const qint32 first = ModMain::FirstTimetableID(); first != 0)
+        LoadTimetable(first);
 }
 
 void frmMain::showResourceLists(const QString& type) {
@@ -139,13 +155,12 @@ void frmMain::LoadTimetable(qint32 TimetableID) {
     Guard("frmMain", "LoadTimetable", [&] {
         const int row = g->row(), col = g->col();
         SaveTimetable();
+        // Everything below only reads: one read transaction, one view of the file.
+        Transaction read(Transaction::Read);
         Timetable::State& tt = Timetable::current();
         tt.ID = TimetableID;
-        auto rs = ModMain::DB().Execute(
-            QStringLiteral("SELECT ID, TimeOnTop, Time12Hour, Type, Title, ClassID, RoomID, "
-                           "TutorID, SubjectID FROM Timetable WHERE ID = ") +
-            QString::number(TimetableID));
-        if (rs.eof())
+        const ModMain::TimetableRow found = ModMain::ReadTimetable(TimetableID);
+        if (!found.found)
             return;
         for (QMenu* menu : {mnuView, mnuFormat, mnuTools, mnuPeriod})
             setMenuEnabled(menu, true);
@@ -153,9 +168,9 @@ void frmMain::LoadTimetable(qint32 TimetableID) {
         setEnabled(command(QStringLiteral("mnuFileDelete")), true);
         setEnabled(command(QStringLiteral("mnuFilePrintPreview")), true);
         tt.Loaded = false;
-        tt.TimeOnTop = rs.Field("TimeOnTop").toBool();
-        tt.Type = rs.Field("Type").toString();
-        tt.Time12Hour = rs.Field("Time12Hour").toBool();
+        tt.TimeOnTop = found.TimeOnTop;
+        tt.Type = found.Type;
+        tt.Time12Hour = found.Time12Hour;
         showResourceLists(tt.Type);
 
         ModMain::RefreshTutorList(*gTutor);
@@ -165,8 +180,7 @@ void frmMain::LoadTimetable(qint32 TimetableID) {
         RefreshTable();
         RefreshToolbarTimetables();
 
-        setWindowTitle(Common::AppTitle() + QStringLiteral(" - ") +
-                       ModMain::GetTimetableName(TimetableID));
+        setCaption(ModMain::GetTimetableName(TimetableID));
         tt.Loaded = true;
         g->setRowCol(std::clamp(row, 1, std::max(1, g->rows() - 1)),
                      std::clamp(col, 1, std::max(1, g->cols() - 1)));
@@ -182,6 +196,14 @@ void frmMain::SaveTimetable() {
 }
 
 void frmMain::mnuFileNew_Click() {
+    // Every timetable is a grid of the project's days and periods.
+    if (needsCalendar()) {
+        if (MsgBox(QStringLiteral("This project has no days or periods yet, so a timetable "
+                                  "cannot be created. Would you like to set them up now?"),
+                   MsgButtons::YesNo, MsgIcon::Question) == MsgResult::Yes)
+            mnuFileSetUpCalendar_Click();
+        return;
+    }
     Wizard::state().WizardType = QStringLiteral("Class");
     Wizard::state().WizardWhoID = -1;
     DoNewTimeTableWizard();
@@ -192,7 +214,8 @@ void frmMain::DoNewTimeTableWizard() {
         if (!Wizard::RunNewTimetableScreens(this))
             return;
         WaitCursor wait;
-        const qint32 id = ModMain::CreateTimetableFromWizard();
+        const Wizard::State& w = Wizard::state();
+        const qint32 id = ModMain::CreateTimetable(w.WizardType, w.WizardWhoID, w.WizardStyleID);
         if (id == 0)
             return;
         LoadTimetable(id);
@@ -216,11 +239,10 @@ void frmMain::mnuFileDelete_Click() {
         WaitCursor wait;
         ModMain::DeleteTimetable(Timetable::current().ID);
         Timetable::current().ID = 0;
-        auto rs = ModMain::DB().Execute(QStringLiteral("SELECT id FROM timetable"));
-        if (rs.eof())
+        if (const qint32 first = ModMain::FirstTimetableID(); first == 0)
             NoTimetable();
         else
-            LoadTimetable(rs.Field("id").toInt());
+            LoadTimetable(first);
     });
 }
 

@@ -3,9 +3,96 @@
 #include "common/Settings.h"
 #include "store/ModMain.h"
 
+#include <QFile>
 #include <QFileInfo>
+#include <QHash>
+#include <QSet>
+#include <sqlite3.h>
+
+// The schema file is compiled into this static library; its registration
+// must be asked for by name, at global scope.
+static void initSchemaResource() {
+    Q_INIT_RESOURCE(schema);
+}
 
 namespace ModMain {
+
+namespace {
+// The reason the last OpenProject refused its file, for OpenFailureText.
+struct Refusal {
+    QString path;
+    QString description;
+    int number = 0;
+};
+Refusal& lastRefusal() {
+    static Refusal r;
+    return r;
+}
+
+constexpr int kNotAProject = SQLITE_NOTADB;
+constexpr int kDamaged = SQLITE_CORRUPT;
+
+using Schema = QHash<QString, QSet<QString>>; // table -> columns, lower case
+
+Schema readSchema(sqlite3* db) {
+    Schema schema;
+    sqlite3_stmt* tables = nullptr;
+    if (sqlite3_prepare_v2(db, "SELECT name FROM sqlite_master WHERE type = 'table';", -1, &tables,
+                           nullptr) != SQLITE_OK)
+        return schema;
+    QStringList names;
+    while (sqlite3_step(tables) == SQLITE_ROW)
+        names << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(tables, 0)));
+    sqlite3_finalize(tables);
+    for (const QString& name : names) {
+        QSet<QString>& columns = schema[name.toLower()];
+        sqlite3_stmt* info = nullptr;
+        const QByteArray sql = "PRAGMA table_info(\"" + name.toUtf8().replace('"', "\"\"") + "\");";
+        if (sqlite3_prepare_v2(db, sql.constData(), -1, &info, nullptr) != SQLITE_OK)
+            continue;
+        while (sqlite3_step(info) == SQLITE_ROW)
+            columns.insert(
+                QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(info, 1)))
+                    .toLower());
+        sqlite3_finalize(info);
+    }
+    return schema;
+}
+
+// Every project has the tables and columns of a new one; the schema is read
+// from the same SQL blank.db is built from, so the two cannot drift apart.
+const Schema& projectSchema() {
+    static const Schema schema = [] {
+        initSchemaResource();
+        QFile file(QStringLiteral(":/store/blank.sql"));
+        Schema s;
+        if (!file.open(QIODevice::ReadOnly))
+            return s;
+        const QByteArray sql = file.readAll();
+        sqlite3* memory = nullptr;
+        if (sqlite3_open(":memory:", &memory) == SQLITE_OK &&
+            sqlite3_exec(memory, sql.constData(), nullptr, nullptr, nullptr) == SQLITE_OK)
+            s = readSchema(memory);
+        sqlite3_close(memory);
+        return s;
+    }();
+    return schema;
+}
+
+// The first line of SQLite's quick check: "ok" for a sound file.
+QString quickCheck(sqlite3* db) {
+    sqlite3_stmt* check = nullptr;
+    QString result;
+    if (sqlite3_prepare_v2(db, "PRAGMA quick_check(1);", -1, &check, nullptr) != SQLITE_OK)
+        return QString::fromUtf8(sqlite3_errmsg(db));
+    if (sqlite3_step(check) == SQLITE_ROW)
+        result = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(check, 0)));
+    else
+        result = QString::fromUtf8(sqlite3_errmsg(db));
+    sqlite3_finalize(check);
+    return result;
+}
+} // namespace
 
 QString LastDB() {
     return Common::GetSetting(QString::fromLatin1(Common::kConfigApp), QStringLiteral("Config"),
@@ -17,10 +104,66 @@ void SetLastDB(const QString& path) {
                         QStringLiteral("LastDB"), path);
 }
 
+QString ProjectProblem(int* number) {
+    const QString name = QFileInfo(DB().GetDBFilename()).fileName();
+    const auto problem = [&](int code, const QString& text) {
+        if (number)
+            *number = code;
+        return text;
+    };
+    // A connection of its own, so that nothing here reports to the user.
+    sqlite3* db = nullptr;
+    if (sqlite3_open_v2(DB().GetDBFilename().toUtf8().constData(), &db, SQLITE_OPEN_READONLY,
+                        nullptr) != SQLITE_OK) {
+        sqlite3_close(db);
+        return problem(kNotAProject, name + QStringLiteral(" cannot be read."));
+    }
+    const Schema found = readSchema(db);
+    // A damaged page would otherwise surface as an error in every later statement.
+    const QString check = quickCheck(db);
+    sqlite3_close(db);
+    for (auto table = projectSchema().cbegin(); table != projectSchema().cend(); ++table) {
+        if (!found.contains(table.key()))
+            return problem(kNotAProject, name + QStringLiteral(" is not a Vantor Planner project: "
+                                                               "it has no table %1.")
+                                                    .arg(table.key()));
+        for (const QString& column : table.value())
+            if (!found.value(table.key()).contains(column))
+                return problem(kNotAProject,
+                               name + QStringLiteral(" is not a Vantor Planner project: its "
+                                                     "table %1 has no column %2.")
+                                          .arg(table.key(), column));
+    }
+    if (check != QLatin1String("ok"))
+        return problem(kDamaged, name + QStringLiteral(" is damaged and cannot be used (%1). The "
+                                                       "file was left as it is; open a copy "
+                                                       "from your backups.")
+                                            .arg(check.section(QLatin1Char('\n'), 0, 0)));
+    if (number)
+        *number = 0;
+    return QString();
+}
+
+bool OpenProject(const QString& path) {
+    lastRefusal() = Refusal();
+    if (!DB().DBOpen(path))
+        return false;
+    int number = 0;
+    const QString problem = ProjectProblem(&number);
+    if (problem.isEmpty())
+        return true;
+    DB().DBClose();
+    lastRefusal() = {path, problem, number};
+    return false;
+}
+
 QString OpenFailureText(const QString& path) {
     QString description = DB().GetErrorString();
     int number = DB().GetErrorNumber();
-    if (description.isEmpty()) {
+    if (lastRefusal().path == path && !lastRefusal().description.isEmpty()) {
+        description = lastRefusal().description;
+        number = lastRefusal().number;
+    } else if (description.isEmpty()) {
         // DBOpen refuses missing files and folders without asking the library.
         const QFileInfo info(path);
         description = info.isDir() ? QStringLiteral("The name is a folder, not a project file")

@@ -9,8 +9,18 @@ namespace ModMain {
 QString LastDB();
 void SetLastDB(const QString& path);
 
-// "Unable to open project file <path>." with the library's reason and number
-// on the next two lines, as shown when an open fails.
+// Opens the file on the program's connection and makes sure it is a sound
+// project: every table and column of a project is there and the file is not
+// damaged. A file that fails is closed again untouched; OpenFailureText then
+// says why.
+bool OpenProject(const QString& path);
+
+// "Unable to open project file <path>." with the reason and its number on
+// the next two lines, as shown when an open fails.
 QString OpenFailureText(const QString& path);
+
+// Why the open project is not a sound project, or empty when it is. Checks
+// the tables and columns against a new project's and runs SQLite's quick check.
+QString ProjectProblem(int* number = nullptr);
 
 } // namespace ModMain

@@ -45,8 +45,9 @@ qint32 CreateTutorRecord(const QString& name, const QString& displayName, const 
 }
 
 qint32 CreateSubjectRecord(const QString& name, qint32 length) {
-    return insert(
-        QStringLiteral("INSERT INTO Subject (name, length) VALUES (%1, %2);").arg(q(name)).arg(length));
+    return insert(QStringLiteral("INSERT INTO Subject (name, length) VALUES (%1, %2);")
+                      .arg(q(name))
+                      .arg(length));
 }
 
 qint32 CreateRoomRecord(const QString& name, qint32 capacity) {
@@ -61,8 +62,7 @@ qint32 CreateSlotRecord(qint32 timetableID, const QTime& startTime, qint32 durat
     return insert(QStringLiteral("INSERT INTO Slot (TimetableID,StartTime,Duration,DOW,SpecialID,"
                                  "DayTitleID,TimeTitleID) VALUES (%1,%2,%3,%4,%5,%6,%7);")
                       .arg(timetableID)
-                      .arg(q(TimeText::ToText(startTime)), q(QString::number(duration)),
-                           q(dayName))
+                      .arg(q(TimeText::ToText(startTime)), q(QString::number(duration)), q(dayName))
                       .arg(specialID)
                       .arg(dayTitleID)
                       .arg(timeTitleID));

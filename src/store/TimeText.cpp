@@ -17,8 +17,8 @@ QString To12Hour(const QTime& time) {
 }
 
 QTime Parse(const QString& text) {
-    static const QRegularExpression re(
-        QStringLiteral("^\\s*(\\d{1,2})[:.](\\d{2})(?:[:.](\\d{2}))?(?:\\s*([aApP])\\.?\\s*[mM]\\.?)?\\s*$"));
+    static const QRegularExpression re(QStringLiteral(
+        "^\\s*(\\d{1,2})[:.](\\d{2})(?:[:.](\\d{2}))?(?:\\s*([aApP])\\.?\\s*[mM]\\.?)?\\s*$"));
     const QRegularExpressionMatch m = re.match(text);
     if (!m.hasMatch())
         return QTime();

@@ -1,9 +1,47 @@
 #include "store/clsSQLite.h"
 
-#include "shell/ErrorHandler.h"
+#include "common/Common.h"
+#include "common/ErrorHandler.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <sqlite3.h>
+
+namespace {
+std::function<void()>& statementHook() {
+    static std::function<void()> hook;
+    return hook;
+}
+
+void afterStatement() {
+    if (statementHook())
+        statementHook()();
+}
+
+// "BEGIN;" or "COMMIT;" as the callers write them, in any case and spacing.
+QString plainCommand(const QString& sql) {
+    QString s = sql.trimmed();
+    while (s.endsWith(QLatin1Char(';')))
+        s.chop(1);
+    return s.simplified().toUpper();
+}
+
+bool isBusy(int rc) {
+    return (rc & 0xFF) == SQLITE_BUSY || (rc & 0xFF) == SQLITE_LOCKED;
+}
+
+// A journal is written beside the file, so its folder must take new files too.
+bool writable(const QString& file) {
+    const QFileInfo info(file);
+    return info.isWritable() && QFileInfo(info.absolutePath()).isWritable();
+}
+} // namespace
+
+QString ProjectBusyText(const QString& path) {
+    return QStringLiteral("The project ") + QDir::toNativeSeparators(path) +
+           QStringLiteral(" is in use by another program, so it cannot be changed now. Nothing "
+                          "was changed. Close the project in the other program, then try again.");
+}
 
 clsSQLite::~clsSQLite() {
     if (m_db)
@@ -44,12 +82,17 @@ bool clsSQLite::DBOpen(const QString& File_Name, qint32 /*Mode: no meaning for S
     }
     m_errMsg.clear();
     m_errCode = 0;
+    m_actionDepth = 0;
+    m_savepoints = 0;
+    const bool readOnly = !writable(File_Name);
     sqlite3* db = nullptr;
-    const int rc = sqlite3_open_v2(File_Name.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE,
-                                   nullptr);
+    const int rc =
+        sqlite3_open_v2(File_Name.toUtf8().constData(), &db,
+                        readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, nullptr);
     if (rc == SQLITE_OK) {
         // SQLite opens lazily: read the schema now so a file that is not a
         // database fails here, with the library's own message.
+        sqlite3_busy_timeout(db, m_busyTimeout);
         char* err = nullptr;
         if (sqlite3_exec(db, "SELECT count(*) FROM sqlite_master;", nullptr, nullptr, &err) !=
             SQLITE_OK) {
@@ -64,8 +107,7 @@ bool clsSQLite::DBOpen(const QString& File_Name, qint32 /*Mode: no meaning for S
     if (m_errMsg.isEmpty()) {
         m_db = db;
         m_handle = 1;
-        // A project on a busy network share may be locked for a moment.
-        sqlite3_busy_timeout(m_db, 3000);
+        m_readOnly = readOnly || sqlite3_db_readonly(db, "main") == 1;
         // Name result columns exactly as each statement writes them ("SELECT ID"
         // gives "ID"), not by the table's own spelling; Field reads by that name.
         sqlite3_exec(m_db, "PRAGMA short_column_names = OFF;", nullptr, nullptr, nullptr);
@@ -76,6 +118,7 @@ bool clsSQLite::DBOpen(const QString& File_Name, qint32 /*Mode: no meaning for S
         sqlite3_close_v2(db);
     // The library's handle for a refused open is 0; it is kept as it is.
     m_handle = 0;
+    m_readOnly = false;
     return false;
 }
 
@@ -88,23 +131,105 @@ void clsSQLite::DBClose() {
     }
     m_filename.clear();
     m_handle = -1;
+    m_readOnly = false;
+    m_actionDepth = 0;
+    m_savepoints = 0;
+}
+
+void clsSQLite::SetBusyTimeout(int milliseconds) {
+    m_busyTimeout = milliseconds;
+    if (m_db)
+        sqlite3_busy_timeout(m_db, milliseconds);
+}
+
+void clsSQLite::SetStatementHook(std::function<void()> hook) {
+    statementHook() = std::move(hook);
+}
+
+bool clsSQLite::BeginAction(bool write) {
+    if (!m_db || ActionScope::Failed())
+        return false;
+    if (m_actionDepth > 0) {
+        ++m_actionDepth;
+        return true;
+    }
+    // The write lock is taken up front, so a project locked elsewhere is
+    // refused before anything is written.
+    const char* begin = write && !m_readOnly ? "BEGIN IMMEDIATE;" : "BEGIN;";
+    const int rc = sqlite3_exec(m_db, begin, nullptr, nullptr, nullptr);
+    afterStatement();
+    if (rc != SQLITE_OK) {
+        if (isBusy(rc)) {
+            if (!ActionScope::Failed())
+                Common::MsgBox(ProjectBusyText(m_filename), Common::MsgButtons::Ok,
+                               Common::MsgIcon::Exclamation);
+        } else {
+            ErrorHandler(QStringLiteral("clsSQLite"), QStringLiteral("BeginAction"), __LINE__,
+                         VbError(VbErr::SqlError,
+                                 QStringLiteral("clsSQLite ") + QString::fromLatin1(begin),
+                                 QString::fromUtf8(sqlite3_errmsg(m_db))));
+        }
+        ActionScope::MarkFailed();
+        return false;
+    }
+    m_actionDepth = 1;
+    m_savepoints = 0;
+    return true;
+}
+
+void clsSQLite::EndAction() {
+    if (m_actionDepth == 0 || --m_actionDepth > 0)
+        return;
+    m_savepoints = 0;
+    if (!m_db || sqlite3_get_autocommit(m_db))
+        return;
+    // What ran is kept, even when the action ended through an error: the
+    // statements already run stand, as they would one by one.
+    int rc = sqlite3_exec(m_db, "COMMIT;", nullptr, nullptr, nullptr);
+    afterStatement();
+    if (rc != SQLITE_OK) {
+        const QString message = QString::fromUtf8(sqlite3_errmsg(m_db));
+        sqlite3_exec(m_db, "ROLLBACK;", nullptr, nullptr, nullptr);
+        ErrorHandler(QStringLiteral("clsSQLite"), QStringLiteral("EndAction"), __LINE__,
+                     VbError(VbErr::SqlError, QStringLiteral("clsSQLite COMMIT;"), message));
+    }
 }
 
 clsSQLiteRecordset clsSQLite::Execute(const QString& SQL) {
     clsSQLiteRecordset rs;
-    Guard("clsSQLite", "Execute", [&] {
+    // An action that has stopped on an error runs nothing more.
+    if (ActionScope::Failed())
+        return rs;
+    try {
         m_errMsg.clear();
         m_errCode = 0;
         TableArray table;
         int rows = 0;
+        QString sql = SQL;
+        if (m_actionDepth > 0) {
+            // Inside an action the plain transaction statements nest.
+            const QString command = plainCommand(SQL);
+            if (command == QLatin1String("BEGIN") ||
+                command == QLatin1String("BEGIN TRANSACTION")) {
+                sql = QStringLiteral("SAVEPOINT vantor_nested;");
+                ++m_savepoints;
+            } else if (command == QLatin1String("COMMIT") || command == QLatin1String("END") ||
+                       command == QLatin1String("COMMIT TRANSACTION")) {
+                if (m_savepoints == 0)
+                    return rs;
+                sql = QStringLiteral("RELEASE vantor_nested;");
+                --m_savepoints;
+            }
+        }
+        int rc = SQLITE_OK;
         if (!m_db) {
             m_errMsg = QStringLiteral("no project is open");
         } else {
             char** result = nullptr;
             int cols = 0;
             char* err = nullptr;
-            const int rc = sqlite3_get_table(m_db, SQL.toUtf8().constData(), &result, &rows,
-                                             &cols, &err);
+            rc = sqlite3_get_table(m_db, sql.toUtf8().constData(), &result, &rows, &cols, &err);
+            afterStatement();
             if (rc != SQLITE_OK) {
                 m_errMsg = QString::fromUtf8(err ? err : sqlite3_errmsg(m_db));
                 m_errCode = rc;
@@ -124,6 +249,14 @@ clsSQLiteRecordset clsSQLite::Execute(const QString& SQL) {
             sqlite3_free(err);
             sqlite3_free_table(result);
         }
+        if (isBusy(rc)) {
+            // Another program's lock is no fault of the program: say so once.
+            if (!ActionScope::Failed())
+                Common::MsgBox(ProjectBusyText(m_filename), Common::MsgButtons::Ok,
+                               Common::MsgIcon::Exclamation);
+            ActionScope::MarkFailed();
+            return rs;
+        }
         if (!m_errMsg.isEmpty())
             throw VbError(VbErr::SqlError, QStringLiteral("clsSQLite ") + SQL,
                           QStringLiteral("Error in SQL '") + SQL + QStringLiteral("'. Error '") +
@@ -131,7 +264,11 @@ clsSQLiteRecordset clsSQLite::Execute(const QString& SQL) {
         rs.setVTableArray(std::move(table));
         rs.setRecordCount(rows);
         rs.setRecordIndex(rows > 0 ? 0 : 1);
-    });
+    } catch (const VbError& e) {
+        ErrorHandler(QStringLiteral("clsSQLite"), QStringLiteral("Execute"), e.line(), e);
+    } catch (...) {
+        ReportCurrentException("clsSQLite", "Execute");
+    }
     return rs;
 }
 

@@ -5,6 +5,7 @@
 #include "store/clsSQLiteRecordset.h"
 
 #include <QString>
+#include <functional>
 
 struct sqlite3;
 
@@ -23,8 +24,11 @@ public:
 
     // True for an existing plain file; a directory or hidden file counts as absent.
     bool FileExist(const QString& sFileName) const;
-    // Opens an existing project; a missing file is never created.
+    // Opens an existing file; a missing file is never created. A file the user
+    // may not write (or whose folder cannot take the journal) opens read-only.
     bool DBOpen(const QString& File_Name, qint32 Mode = 0);
+    // Whether the open file is read-only to this program.
+    bool IsReadOnly() const { return m_readOnly; }
     QString GetDBFilename() const { return m_filename; }
     void DBClose();
     bool IsDBOpen() const { return m_handle != -1; }
@@ -33,9 +37,23 @@ public:
     int GetErrorNumber() const { return m_errCode; }
 
     // Runs the statement(s) and returns the whole result. A failing statement
-    // is reported (error 425) and gives an empty result.
+    // is reported (error 425) and gives an empty result. Inside a user action
+    // that has failed already, nothing runs. Within a transaction the plain
+    // "BEGIN;" and "COMMIT;" become a savepoint and its release.
     clsSQLiteRecordset Execute(const QString& SQL);
     qint32 GetInsertID() const;
+
+    // One user action's transaction (see store/Transaction.h): the outermost
+    // begins it, inner ones only count. Begin returns false, having told the
+    // user, when the project cannot be written now; nothing was written.
+    bool BeginAction(bool write);
+    void EndAction();
+    bool InAction() const { return m_actionDepth > 0; }
+
+    // How long a statement waits for another program's lock.
+    void SetBusyTimeout(int milliseconds);
+    // Called after every statement the connection runs; only tests install it.
+    static void SetStatementHook(std::function<void()> hook);
 
 private:
     qint32 m_handle = -1; // -1: nothing open; 0: the library refused the open
@@ -43,4 +61,11 @@ private:
     QString m_errMsg;
     int m_errCode = 0;
     QString m_filename;
+    bool m_readOnly = false;
+    int m_busyTimeout = 3000;
+    int m_actionDepth = 0;
+    int m_savepoints = 0; // "BEGIN;" turned into savepoints, not yet released
 };
+
+// The words shown when another program holds the project's lock.
+QString ProjectBusyText(const QString& path);

@@ -1,6 +1,6 @@
 #include "store/clsSQLiteRecordset.h"
 
-#include "shell/ErrorHandler.h"
+#include "common/ErrorHandler.h"
 
 Variant clsSQLiteRecordset::cell(int row, int column) const {
     if (row < 0 || row >= m_table.size() || column < 0 || column >= m_table.at(row).size())

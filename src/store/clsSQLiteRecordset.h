@@ -8,8 +8,6 @@
 #include <QString>
 #include <QVector>
 
-using TableArray = QVector<QVector<Variant>>;
-
 class clsSQLiteRecordset {
 public:
     const TableArray& vTableArray() const { return m_table; }

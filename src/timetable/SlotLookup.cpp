@@ -62,10 +62,12 @@ qint32 CreateSlotAt(qint32 TimetableID, qint32 DayTitleID, qint32 TimeTitleID) {
     auto time = DB().Execute(
         QStringLiteral("SELECT StartTime, Duration FROM TimeTitle WHERE id = %1").arg(TimeTitleID));
     if (time.eof())
-        throw VbError(VbErr::Lookup, kSource,
-                      QStringLiteral("Error DoCurrentTimetableCreateGetSlot can't find TimeTitle %1")
-                          .arg(TimeTitleID));
-    auto day = DB().Execute(QStringLiteral("SELECT DOW FROM DayTitle WHERE id = %1").arg(DayTitleID));
+        throw VbError(
+            VbErr::Lookup, kSource,
+            QStringLiteral("Error DoCurrentTimetableCreateGetSlot can't find TimeTitle %1")
+                .arg(TimeTitleID));
+    auto day =
+        DB().Execute(QStringLiteral("SELECT DOW FROM DayTitle WHERE id = %1").arg(DayTitleID));
     if (day.eof())
         throw VbError(VbErr::Lookup, kSource,
                       QStringLiteral("Error DoCurrentTimetableCreateGetSlot can't find DayTitle %1")

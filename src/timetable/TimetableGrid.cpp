@@ -7,8 +7,11 @@
 #include "timetable/TimetableState.h"
 #include "timetable/TimetableText.h"
 
+#include "store/Transaction.h"
+
 #include <QFontMetrics>
 #include <QHeaderView>
+#include <functional>
 
 namespace ModMain {
 
@@ -86,7 +89,8 @@ void fitToText(FlexGrid& g) {
 
     int headingColumn = g.twipsToPixels(kHeadingTwips);
     for (int r = 1; r < g.rows(); ++r)
-        headingColumn = std::max(headingColumn, textWidth(rowHead, g.textMatrix(r, 0)) + kPaddingPx);
+        headingColumn =
+            std::max(headingColumn, textWidth(rowHead, g.textMatrix(r, 0)) + kPaddingPx);
     if (headingColumn > g.twipsToPixels(g.colWidthTwips(0)))
         g.setColWidthTwips(0, g.pixelsToTwips(headingColumn));
 
@@ -108,6 +112,9 @@ void fitToText(FlexGrid& g) {
             g.setRowHeightTwips(r, g.pixelsToTwips(threeLines));
 }
 
+void paintCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeTitleID, qint32 SlotID,
+               qint32 SpecialID, const std::function<QString()>& text);
+
 // Adds a body row (across = false) or column (across = true) for one title;
 // a row takes the title's height, a column its width.
 void addLine(FlexGrid& g, bool across, qint32 id, const QString& heading, int height, int width) {
@@ -128,6 +135,8 @@ void addLine(FlexGrid& g, bool across, qint32 id, const QString& heading, int he
 } // namespace
 
 void RefreshTable(FlexGrid& g) {
+    // One read transaction: the statements see one state of the file, cheaply.
+    Transaction read(Transaction::Read);
     Timetable::State& tt = Timetable::current();
     const QString id = QString::number(tt.ID);
     g.clearGrid();
@@ -170,22 +179,38 @@ void RefreshTable(FlexGrid& g) {
 
     for (int c = 1; c < g.cols(); ++c)
         g.setColAlignment(c, Qt::AlignCenter);
+    // Every cell's text in one statement rather than three per cell; painting
+    // is RefreshCell's, cell by cell in the slots' order.
+    const QHash<qint32, QString> texts = FormatSlotTexts(tt.ID, tt.Type);
+    const QString empty = EmptySlotText(tt.Type);
     for (auto slots = DB().Execute(QStringLiteral("SELECT id,TimetableID,StartTime,Duration,DOW,"
                                                   "SpecialID,DayTitleID,TimeTitleID FROM Slot "
                                                   "WHERE TimetableID = ") +
                                    id + QLatin1Char(';'));
-         !slots.eof(); slots.MoveNext())
-        RefreshCell(g, onTop, slots.Field("DayTitleID").toInt(), slots.Field("TimeTitleID").toInt(),
-                    slots.Field("id").toInt(), slots.Field("SpecialID").toInt(), tt.Type);
+         !slots.eof(); slots.MoveNext()) {
+        const qint32 slot = slots.Field("id").toInt();
+        paintCell(g, onTop, slots.Field("DayTitleID").toInt(), slots.Field("TimeTitleID").toInt(),
+                  slot, slots.Field("SpecialID").toInt(), [&] { return texts.value(slot, empty); });
+    }
     fitToText(g);
+    // What was drawn is what the file holds: only the user's changes are saved.
+    g.markSizesSaved();
 }
 
 void RefreshCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeTitleID,
                  qint32 SlotID, qint32 SpecialID, const QString& Type) {
     if (SpecialID == -1)
-        SpecialID = DB().Execute(QStringLiteral("SELECT specialid FROM slot WHERE id = %1").arg(SlotID))
-                        .Field("specialid")
-                        .toInt();
+        SpecialID =
+            DB().Execute(QStringLiteral("SELECT specialid FROM slot WHERE id = %1").arg(SlotID))
+                .Field("specialid")
+                .toInt();
+    paintCell(Grid, TimeOnTop, DayTitleID, TimeTitleID, SlotID, SpecialID,
+              [&] { return FormatSlotText(SlotID, Type); });
+}
+
+namespace {
+void paintCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeTitleID, qint32 SlotID,
+               qint32 SpecialID, const std::function<QString()>& text) {
     const qint32 colID = TimeOnTop ? TimeTitleID : DayTitleID;
     const qint32 rowID = TimeOnTop ? DayTitleID : TimeTitleID;
     int c = 1;
@@ -199,13 +224,14 @@ void RefreshCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeT
     Grid.setRowCol(r, c);
     Grid.setCellData(r, c, SlotID);
     if (SpecialID == 1) {
-        Grid.setTextMatrix(r, c, FormatSlotText(SlotID, Type));
+        Grid.setTextMatrix(r, c, text());
         Grid.setCellBackColor(r, c, kOrdinary);
     } else {
         Grid.setTextMatrix(r, c, QString());
         Grid.setCellBackColor(r, c, kSpecial);
     }
 }
+} // namespace
 
 qint32 DoCurrentTimetableCreateGetSlot(FlexGrid& Grid) {
     const int r = Grid.row(), c = Grid.col();
@@ -221,9 +247,20 @@ qint32 DoCurrentTimetableCreateGetSlot(FlexGrid& Grid) {
     return slot;
 }
 
-void SaveTimetable(const FlexGrid& Grid) {
+void SaveTimetable(FlexGrid& Grid) {
     const Timetable::State& tt = Timetable::current();
-    if (tt.ID == 0)
+    if (tt.ID == 0 || DB().IsReadOnly())
+        return;
+    // Looking never writes: only sizes the user changed go back to the file.
+    bool changed = false;
+    for (int c = 1; c < Grid.cols() && !changed; ++c)
+        changed = Grid.colWidthChanged(c);
+    for (int r = 1; r < Grid.rows() && !changed; ++r)
+        changed = Grid.rowHeightChanged(r);
+    if (!changed)
+        return;
+    Transaction tx;
+    if (!tx.ok())
         return;
     const QString columns = tt.TimeOnTop ? QStringLiteral("UPDATE TimeTitle SET width = ")
                                          : QStringLiteral("UPDATE DayTitle SET width = ");
@@ -231,12 +268,15 @@ void SaveTimetable(const FlexGrid& Grid) {
                                       : QStringLiteral("UPDATE TimeTitle SET height = ");
     DB().Execute(QStringLiteral("BEGIN;"));
     for (int c = 1; c < Grid.cols(); ++c)
-        DB().Execute(columns + QString::number(Grid.colWidthTwips(c)) +
-                     QStringLiteral(" WHERE id = ") + QString::number(Grid.colData(c)));
+        if (Grid.colWidthChanged(c))
+            DB().Execute(columns + QString::number(Grid.colWidthTwips(c)) +
+                         QStringLiteral(" WHERE id = ") + QString::number(Grid.colData(c)));
     for (int r = 1; r < Grid.rows(); ++r)
-        DB().Execute(rows + QString::number(Grid.rowHeightTwips(r)) +
-                     QStringLiteral(" WHERE id = ") + QString::number(Grid.rowData(r)));
+        if (Grid.rowHeightChanged(r))
+            DB().Execute(rows + QString::number(Grid.rowHeightTwips(r)) +
+                         QStringLiteral(" WHERE id = ") + QString::number(Grid.rowData(r)));
     DB().Execute(QStringLiteral("COMMIT;"));
+    Grid.markSizesSaved();
 }
 
 void SetSameColumnWidths(FlexGrid& Grid) {

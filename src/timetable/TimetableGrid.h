@@ -16,8 +16,9 @@ void RefreshCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeT
                  qint32 SlotID, qint32 SpecialID, const QString& Type);
 // The slot behind the grid's current cell, created when missing; -1 on a heading.
 qint32 DoCurrentTimetableCreateGetSlot(FlexGrid& Grid);
-// Writes the grid's sizes to the current timetable's title rows.
-void SaveTimetable(const FlexGrid& Grid);
+// Writes the sizes the user changed since the grid was drawn or last saved to
+// the current timetable's title rows; nothing when none changed.
+void SaveTimetable(FlexGrid& Grid);
 // The current column's width (row's height) given to every body column (row).
 void SetSameColumnWidths(FlexGrid& Grid);
 void SetSameRowHeights(FlexGrid& Grid);

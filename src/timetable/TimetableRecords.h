@@ -1,15 +1,17 @@
 #pragma once
-// Writing and removing whole timetables, and naming them.
+// Writing and removing whole timetables, reading their rows, and naming them.
+// Each writing operation is one user action: one transaction.
 
 #include <QString>
+#include <QVector>
 
 namespace ModMain {
 
-// Writes the timetable the new-timetable wizard chose (type, owner and style
-// from the wizard state): its Timetable row, its copies of the project's
-// periods and days, and for a tutor the cross-referenced slots. Returns the
-// new id, or 0 when the chosen style does not exist (nothing is written).
-qint32 CreateTimetableFromWizard();
+// Creates a timetable of type "Class", "Tutor" or "Room" for the owner, in
+// the style: its Timetable row, its copies of the project's periods and days,
+// and for a tutor the cross-referenced slots. Returns the new id, or 0 when
+// the style does not exist or the project could not be written (nothing is).
+qint32 CreateTimetable(const QString& type, qint32 whoID, qint32 styleID);
 // Gives a new timetable one slot per room booking found anywhere in the
 // project at each of its days and periods.
 void DoCrossReferenceNewTimetable(qint32 TimetableID, const QString& Type, qint32 WhoID);
@@ -17,7 +19,31 @@ void DoCrossReferenceNewTimetable(qint32 TimetableID, const QString& Type, qint3
 bool HasRealSubjects();
 // Removes the timetable, its headings, its slots and their links.
 void DeleteTimetable(qint32 TimetableID);
+// The first timetable of the project, or 0 when it has none.
+qint32 FirstTimetableID();
+
+struct TimetableRow {
+    bool found = false;
+    bool TimeOnTop = true;
+    bool Time12Hour = false;
+    QString Type;
+};
+TimetableRow ReadTimetable(qint32 TimetableID);
+// The clock and axis of a timetable, as the format dialog edits them.
+void SaveTimetableFormat(qint32 TimetableID, bool Time12Hour, bool TimeOnTop);
+
 // "Class 7A", "Tutor Smith", "Room Lab"; empty when there is no such timetable.
 QString GetTimetableName(qint32 TimetableID);
+
+struct TimetableEntry {
+    qint32 id = 0;
+    QString name; // as GetTimetableName gives it
+};
+// Every timetable with its name, in the project's order, read in one
+// statement (GetTimetableName per timetable is the reference).
+QVector<TimetableEntry> TimetableList();
+
+// Whether the project has days and periods, which every timetable needs.
+bool HasCalendar();
 
 } // namespace ModMain

@@ -22,11 +22,11 @@ QString FormatSlotText(qint32 SlotID, const QString& Type) {
     // One resource kind's names in the slot, e.g. ("Name", "Room", "RoomID").
     const auto names = [SlotID](const char* column, const char* table, const char* idColumn) {
         const QString t = QString::fromLatin1(table), link = t + QStringLiteral("Slot");
-        return joinedNames(QStringLiteral("SELECT %1 FROM %2, %3 WHERE %2.ID = %3.%4 AND "
-                                          "%3.SlotID = %5 ORDER BY %1")
-                               .arg(QString::fromLatin1(column), t, link,
-                                    QString::fromLatin1(idColumn))
-                               .arg(SlotID));
+        return joinedNames(
+            QStringLiteral("SELECT %1 FROM %2, %3 WHERE %2.ID = %3.%4 AND "
+                           "%3.SlotID = %5 ORDER BY %1")
+                .arg(QString::fromLatin1(column), t, link, QString::fromLatin1(idColumn))
+                .arg(SlotID));
     };
     const auto tutors = [&] { return names("DisplayName", "Tutor", "TutorID"); };
     const auto subjects = [&] { return names("Name", "Subject", "SubjectID"); };
@@ -40,6 +40,66 @@ QString FormatSlotText(qint32 SlotID, const QString& Type) {
     if (Type == QLatin1String("Room"))
         return tutors() + br + subjects() + br + classes();
     return QString();
+}
+
+namespace {
+// Which resource kinds make a cell's three lines, by timetable type; 0 tutors,
+// 1 subjects, 2 rooms, 3 classes.
+const int* linesFor(const QString& Type) {
+    static const int tutor[] = {3, 1, 2}, klass[] = {0, 1, 2}, room[] = {0, 1, 3};
+    if (Type == QLatin1String("Tutor"))
+        return tutor;
+    if (Type == QLatin1String("Class"))
+        return klass;
+    if (Type == QLatin1String("Room"))
+        return room;
+    return nullptr;
+}
+
+QString joinLines(const QStringList (&kinds)[4], const int* lines) {
+    const QString br = QStringLiteral("\r\n");
+    const QString sep = QStringLiteral(", ");
+    return kinds[lines[0]].join(sep) + br + kinds[lines[1]].join(sep) + br +
+           kinds[lines[2]].join(sep);
+}
+} // namespace
+
+QString EmptySlotText(const QString& Type) {
+    return linesFor(Type) ? QStringLiteral("\r\n\r\n") : QString();
+}
+
+QHash<qint32, QString> FormatSlotTexts(qint32 TimetableID, const QString& Type) {
+    QHash<qint32, QString> texts;
+    const int* lines = linesFor(Type);
+    if (!lines)
+        return texts;
+    // Each part is FormatSlotText's statement for one kind, for every slot at
+    // once; sorting by slot, kind and name gives each list in its own order.
+    const QString part = QStringLiteral(
+        "SELECT Slot.id AS SlotID, %1 AS kind, %2.%3 AS name FROM Slot, %2Slot, %2 WHERE "
+        "Slot.TimetableID = %4 AND %2Slot.SlotID = Slot.id AND %2.ID = %2Slot.%2ID");
+    const QString id = QString::number(TimetableID);
+    const QString sql =
+        part.arg(QStringLiteral("0"), QStringLiteral("Tutor"), QStringLiteral("DisplayName"), id) +
+        QStringLiteral(" UNION ALL ") +
+        part.arg(QStringLiteral("1"), QStringLiteral("Subject"), QStringLiteral("Name"), id) +
+        QStringLiteral(" UNION ALL ") +
+        part.arg(QStringLiteral("2"), QStringLiteral("Room"), QStringLiteral("Name"), id) +
+        QStringLiteral(" UNION ALL ") +
+        part.arg(QStringLiteral("3"), QStringLiteral("Class"), QStringLiteral("Name"), id) +
+        QStringLiteral(" ORDER BY 1, 2, 3;");
+    const TableArray table = DB().Execute(sql).vTableArray();
+    for (qsizetype r = 1; r < table.size();) {
+        const qint32 slot = table.at(r).value(0).toInt();
+        QStringList kinds[4];
+        for (; r < table.size() && table.at(r).value(0).toInt() == slot; ++r) {
+            const int kind = table.at(r).value(1).toInt();
+            if (kind >= 0 && kind < 4)
+                kinds[kind] << table.at(r).value(2).toString();
+        }
+        texts.insert(slot, joinLines(kinds, lines));
+    }
+    return texts;
 }
 
 QString FormatTimeTitle(const QTime& StartTime, qint32 Duration) {

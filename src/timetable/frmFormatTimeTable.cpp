@@ -1,7 +1,7 @@
 #include "timetable/frmFormatTimeTable.h"
 
-#include "shell/ErrorHandler.h"
-#include "store/ModMain.h"
+#include "common/ErrorHandler.h"
+#include "timetable/TimetableRecords.h"
 #include "timetable/TimetableState.h"
 
 #include <QComboBox>
@@ -59,26 +59,18 @@ void frmFormatTimeTable::Form_Load() {
     Guard("frmFormatTimeTable", "Form_Load", [&] {
         cboAxis->setCurrentIndex(-1);
         cboTimeFormat->setCurrentIndex(-1);
-        auto rs = ModMain::DB().Execute(
-            QStringLiteral("SELECT ID, Time12Hour, TimeOnTop FROM Timetable WHERE ID = ") +
-            QString::number(Timetable::current().ID));
-        if (rs.eof())
+        const ModMain::TimetableRow row = ModMain::ReadTimetable(Timetable::current().ID);
+        if (!row.found)
             return;
-        cboTimeFormat->setCurrentIndex(rs.Field("Time12Hour").toBool() ? 0 : 1);
-        cboAxis->setCurrentIndex(rs.Field("TimeOnTop").toBool() ? 0 : 1);
+        cboTimeFormat->setCurrentIndex(row.Time12Hour ? 0 : 1);
+        cboAxis->setCurrentIndex(row.TimeOnTop ? 0 : 1);
     });
 }
 
 void frmFormatTimeTable::cmdOk_Click() {
     Guard("frmFormatTimeTable", "cmdOk_Click", [&] {
-        const auto flag = [](const QComboBox* box) {
-            return box->currentIndex() == 0 ? QStringLiteral("True") : QStringLiteral("False");
-        };
-        ModMain::DB().Execute(
-            QStringLiteral(
-                "UPDATE Timetable SET Time12Hour = '%1', TimeOnTop = '%2'  WHERE ID = %3;")
-                .arg(flag(cboTimeFormat), flag(cboAxis))
-                .arg(Timetable::current().ID));
+        ModMain::SaveTimetableFormat(Timetable::current().ID, cboTimeFormat->currentIndex() == 0,
+                                     cboAxis->currentIndex() == 0);
         if (m_reload)
             m_reload();
     });

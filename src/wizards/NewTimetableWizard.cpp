@@ -8,15 +8,18 @@
 namespace Wizard {
 
 namespace {
-constexpr qint16 kFinished = 8;
-
 std::unique_ptr<QDialog> screenFor(qint16 number, QWidget* parent) {
     switch (number) {
-    case 1: return std::make_unique<frmScr_CreateTT_Welcome>(parent);
-    case 3: return std::make_unique<frmScr_CreateTT_Who>(parent);
-    case 4: return std::make_unique<frmScr_CreateTT_Style>(parent);
-    case 7: return std::make_unique<frmScr_CreateTT_Complete>(parent);
-    default: return nullptr;
+    case TimetableScreen::Welcome:
+        return std::make_unique<frmScr_CreateTT_Welcome>(parent);
+    case TimetableScreen::Who:
+        return std::make_unique<frmScr_CreateTT_Who>(parent);
+    case TimetableScreen::Style:
+        return std::make_unique<frmScr_CreateTT_Style>(parent);
+    case TimetableScreen::Complete:
+        return std::make_unique<frmScr_CreateTT_Complete>(parent);
+    default:
+        return nullptr;
     }
 }
 } // namespace
@@ -24,7 +27,7 @@ std::unique_ptr<QDialog> screenFor(qint16 number, QWidget* parent) {
 bool RunNewTimetableScreens(QWidget* parent) {
     State& w = state();
     w.WizardCancel = false;
-    w.WizardScreen = 1;
+    w.WizardScreen = TimetableScreen::Welcome;
     w.WizardDOWIndex = 0;
     w.WizardDOW.clear();
     w.WizardHoursIndex = 0;
@@ -32,16 +35,16 @@ bool RunNewTimetableScreens(QWidget* parent) {
     w.WizardHours.clear();
     w.WizardStyleID = 1;
 
-    while (!w.WizardCancel && w.WizardScreen != kFinished) {
+    while (!w.WizardCancel && w.WizardScreen != TimetableScreen::Finished) {
         // The type screen and the days and hours screens are skipped: the
         // caller chose the type and a timetable takes the project's calendar.
-        if (w.WizardScreen == 2)
-            w.WizardScreen = 3;
-        else if (w.WizardScreen == 5)
-            w.WizardScreen = 7;
+        if (w.WizardScreen == TimetableScreen::Type)
+            w.WizardScreen = TimetableScreen::Who;
+        else if (w.WizardScreen == TimetableScreen::Hours)
+            w.WizardScreen = TimetableScreen::Complete;
         // A user who asked not to see the welcome again starts at the owner.
-        if (w.WizardScreen == 1 && !w.WizardShowWelcome) {
-            w.WizardScreen = 3;
+        if (w.WizardScreen == TimetableScreen::Welcome && !w.WizardShowWelcome) {
+            w.WizardScreen = TimetableScreen::Who;
             continue;
         }
         if (auto screen = screenFor(w.WizardScreen, parent))

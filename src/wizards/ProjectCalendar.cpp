@@ -3,6 +3,7 @@
 #include "common/Common.h"
 #include "store/ModMain.h"
 #include "store/TimeText.h"
+#include "store/Transaction.h"
 
 #include <array>
 
@@ -32,7 +33,11 @@ QStringList names(const QString& sql) {
 
 qint32 storeTemplate(const QString& table, const QString& idColumn, const QString& title,
                      const QStringList& items) {
-    DB().Execute(QStringLiteral("INSERT INTO %1 (name) VALUES ('%2');").arg(table, SQLReplace(title)));
+    Transaction tx;
+    if (!tx.ok())
+        return 0;
+    DB().Execute(
+        QStringLiteral("INSERT INTO %1 (name) VALUES ('%2');").arg(table, SQLReplace(title)));
     const qint32 id = DB().GetInsertID();
     for (int i = 0; i < items.size(); ++i)
         DB().Execute(QStringLiteral("INSERT INTO %1Item (%2,name,Pos) VALUES (%3,'%4',%5)")
@@ -77,6 +82,18 @@ QVector<QTime> RangeTimes(int rangeIndex, int minutes) {
     return times;
 }
 
+TableArray DayTemplateList() {
+    return DB()
+        .Execute(QStringLiteral("SELECT id, name FROM DOWTemplate ORDER BY id;"))
+        .vTableArray();
+}
+
+TableArray HourTemplateList() {
+    return DB()
+        .Execute(QStringLiteral("SELECT id, name FROM HourTemplate ORDER BY id;"))
+        .vTableArray();
+}
+
 QStringList DayTemplateDays(qint32 templateID) {
     const QString sql =
         QStringLiteral("SELECT name FROM DOWTemplateItem WHERE DOWTemplateID = %1 ORDER BY pos")
@@ -108,6 +125,9 @@ qint32 StoreHourTemplate(const QString& title, const QVector<QTime>& times) {
 }
 
 void WriteProjectCalendar(const QVector<QTime>& times, const QStringList& days) {
+    Transaction tx;
+    if (!tx.ok())
+        return;
     for (int i = 1; i < times.size(); ++i) {
         const QTime start = times.at(i - 1);
         // The blank after the time is part of the stored format; readers ignore it.

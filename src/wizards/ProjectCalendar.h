@@ -4,6 +4,8 @@
 // Times are period boundaries: each but the last starts a period that lasts
 // until the next one.
 
+#include "common/Variant.h"
+
 #include <QString>
 #include <QStringList>
 #include <QTime>
@@ -20,6 +22,9 @@ int IncrementMinutes(int incIndex);
 // last time; a tail shorter than a step is dropped.
 QVector<QTime> RangeTimes(int rangeIndex, int minutes);
 
+// The saved day and hour templates as "id, name" rows, in the order made.
+TableArray DayTemplateList();
+TableArray HourTemplateList();
 // The days or times of a saved template, in their order.
 QStringList DayTemplateDays(qint32 templateID);
 QVector<QTime> HourTemplateTimes(qint32 templateID);

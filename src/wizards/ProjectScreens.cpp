@@ -2,7 +2,6 @@
 
 #include "common/Common.h"
 #include "common/ListHelpers.h"
-#include "store/ModMain.h"
 #include "store/TimeText.h"
 #include "wizards/ProjectCalendar.h"
 #include "wizards/WizardState.h"
@@ -77,8 +76,7 @@ QPushButton* addCustomButton(QVBoxLayout* body, const QString& text, QWidget* pa
 
 // The custom screens are shown from inside the screen they refine; when they
 // close, the driving loop shows the screen for whatever number they set.
-template <class Custom>
-void openCustom(QDialog* from) {
+template <class Custom> void openCustom(QDialog* from) {
     Wizard::State& s = Wizard::state();
     s.tempWizardScreen = s.WizardScreen;
     from->hide();
@@ -92,9 +90,13 @@ int selectedRow(const QListWidget* list) {
     return chosen.isEmpty() ? -1 : list->row(chosen.first());
 }
 
-qint32 countRows(const QString& table) {
-    auto rs = ModMain::DB().Execute(QStringLiteral("SELECT COUNT(*) AS n FROM %1;").arg(table));
-    return rs.eof() ? 0 : rs.Field("n").toInt();
+// Where a template stands in the list its screen shows: the screen comes
+// back with the new template chosen.
+qint16 listPosition(const TableArray& templates, qint32 id) {
+    for (qsizetype r = 1; r < templates.size(); ++r)
+        if (templates.at(r).value(0).toInt() == id)
+            return static_cast<qint16>(r - 1);
+    return 0;
 }
 } // namespace
 
@@ -144,8 +146,7 @@ frmScr_Project_DOW::frmScr_Project_DOW(QWidget* parent)
     body()->addWidget(lstDOW, 1);
     cmdCustom = addCustomButton(body(), QStringLiteral("&Custom Days..."), this);
 
-    Common::GetListBoxItemData_List(
-        *lstDOW, ModMain::DB().Execute(QStringLiteral("SELECT id, name FROM DOWTemplate;")));
+    Common::GetListBoxItemData_List(*lstDOW, Wizard::DayTemplateList());
     selectRow(lstDOW, Wizard::state().WizardDOWIndex);
     needSelection(lstDOW, cmdNext);
     connect(cmdCustom, &QPushButton::clicked, this, [this] {
@@ -167,10 +168,8 @@ void frmScr_Project_DOW::cmdNext_Click() {
 // ---------------------------------------------------------------- custom screens
 
 CustomTemplatePage::CustomTemplatePage(const Texts& texts, QWidget* parent)
-    : WizardPage(texts.name, kTitle, texts.heading, texts.intro, parent),
-      m_minimum(texts.minimum),
-      m_tooFew(texts.tooFew),
-      m_noneSelected(texts.noneSelected) {
+    : WizardPage(texts.name, kTitle, texts.heading, texts.intro, parent), m_minimum(texts.minimum),
+      m_tooFew(texts.tooFew), m_noneSelected(texts.noneSelected) {
     m_grid = new QGridLayout;
     txtTitle = new QLineEdit(this);
     txtTitle->setObjectName(QStringLiteral("txtTitle"));
@@ -258,7 +257,8 @@ bool frmScr_Project_CustomDOW::eventFilter(QObject* watched, QEvent* event) {
 void frmScr_Project_CustomDOW::cmdAdd_Click() {
     const QString day = txtDay->text().trimmed();
     if (day.isEmpty()) {
-        warn(QStringLiteral("No day has been entered. Please enter a day name and then try again."));
+        warn(
+            QStringLiteral("No day has been entered. Please enter a day name and then try again."));
         return;
     }
     lstDays->addItem(day);
@@ -270,10 +270,8 @@ void frmScr_Project_CustomDOW::store(const QString& title) {
     QStringList days;
     for (int i = 0; i < lstDays->count(); ++i)
         days << lstDays->item(i)->text();
-    Wizard::StoreDayTemplate(title, days);
-    // The days screen lists templates in the order they were made: the new one is last.
-    Wizard::state().WizardDOWIndex =
-        static_cast<qint16>(countRows(QStringLiteral("DOWTemplate")) - 1);
+    const qint32 id = Wizard::StoreDayTemplate(title, days);
+    Wizard::state().WizardDOWIndex = listPosition(Wizard::DayTemplateList(), id);
 }
 
 // ---------------------------------------------------------------- hours
@@ -296,8 +294,7 @@ frmScr_Project_Hours::frmScr_Project_Hours(QWidget* parent)
     body()->addLayout(grid, 1);
     cmdCustom = addCustomButton(body(), QStringLiteral("&Custom Hours..."), this);
 
-    Common::GetListBoxItemData_List(
-        *lstHours, ModMain::DB().Execute(QStringLiteral("SELECT id, name FROM HourTemplate;")));
+    Common::GetListBoxItemData_List(*lstHours, Wizard::HourTemplateList());
     lstHours->insertItems(0, Wizard::FixedRangeNames());
     lstInc->addItems(Wizard::IncrementNames());
 
@@ -330,7 +327,6 @@ void frmScr_Project_Hours::cmdNext_Click() {
     s.WizardHours = templateChosen()
                         ? Wizard::HourTemplateTimes(Common::ListBoxItemData(*lstHours, hours))
                         : Wizard::RangeTimes(hours, Wizard::IncrementMinutes(inc));
-    s.WizardHoursCount = static_cast<qint16>(s.WizardHours.size());
     WizardPage::cmdNext_Click();
 }
 
@@ -382,9 +378,9 @@ void frmScr_Project_CustomHours::store(const QString& title) {
     QVector<QTime> times;
     for (int i = 0; i < lstHour->count(); ++i)
         times << lstHour->item(i)->data(Qt::UserRole).toTime();
-    Wizard::StoreHourTemplate(title, times);
+    const qint32 id = Wizard::StoreHourTemplate(title, times);
     Wizard::state().WizardHoursIndex =
-        static_cast<qint16>(kFixedRanges + countRows(QStringLiteral("HourTemplate")) - 1);
+        static_cast<qint16>(kFixedRanges + listPosition(Wizard::HourTemplateList(), id));
 }
 
 // ---------------------------------------------------------------- completion
@@ -410,14 +406,14 @@ frmScr_Project_Complete::frmScr_Project_Complete(QWidget* parent)
         QStringLiteral("<table cellspacing=6><tr><td><b>Project file:</b></td><td>%1</td></tr>"
                        "<tr><td><b>Days:</b></td><td>%2</td></tr>"
                        "<tr><td><b>Periods:</b></td><td>%3</td></tr></table>")
-            .arg(s.WizardFileName.toHtmlEscaped(), s.WizardDOW.join(QStringLiteral(", ")).toHtmlEscaped(),
-                 periods));
+            .arg(s.WizardFileName.toHtmlEscaped(),
+                 s.WizardDOW.join(QStringLiteral(", ")).toHtmlEscaped(), periods));
     body()->addWidget(lblSummary);
     body()->addStretch(1);
     cmdNext->setText(QStringLiteral("&Finish"));
 }
 
 void frmScr_Project_Complete::cmdNext_Click() {
-    Wizard::state().WizardScreen = 6;
+    Wizard::state().WizardScreen = Wizard::ProjectScreen::Finished;
     finish();
 }

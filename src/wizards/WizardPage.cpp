@@ -1,6 +1,6 @@
 #include "wizards/WizardPage.h"
 
-#include "shell/Icons.h"
+#include "common/Icons.h"
 #include "wizards/WizardState.h"
 
 #include <QFrame>
@@ -14,9 +14,9 @@ QWidget* makeBanner(QWidget* parent) {
     auto* banner = new QFrame(parent);
     banner->setObjectName(QStringLiteral("picBanner"));
     banner->setFixedWidth(120);
-    banner->setStyleSheet(QStringLiteral(
-        "#picBanner { background: qlineargradient(x1:0, y1:0, x2:0, y2:1,"
-        " stop:0 #1f4e79, stop:1 #4a86c5); }"));
+    banner->setStyleSheet(
+        QStringLiteral("#picBanner { background: qlineargradient(x1:0, y1:0, x2:0, y2:1,"
+                       " stop:0 #1f4e79, stop:1 #4a86c5); }"));
     auto* layout = new QVBoxLayout(banner);
     layout->setContentsMargins(0, 24, 0, 0);
     auto* icon = new QLabel(banner);

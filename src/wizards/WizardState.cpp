@@ -18,7 +18,6 @@ void ClearProjectWizard() {
     s.tempWizardScreen = 0;
     s.WizardDOW.clear();
     s.WizardHours.clear();
-    s.WizardHoursCount = 0;
     s.WizardDOWIndex = 0;
     s.WizardHoursIndex = 0;
     s.WizardHourIncIndex = 0;

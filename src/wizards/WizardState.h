@@ -10,6 +10,29 @@
 
 namespace Wizard {
 
+// The screen numbers of the project wizard, shared by its loop and screens.
+namespace ProjectScreen {
+constexpr qint16 Welcome = 1;
+constexpr qint16 FileName = 2; // the save dialog
+constexpr qint16 Days = 3;
+constexpr qint16 Hours = 4;
+constexpr qint16 Complete = 5;
+constexpr qint16 Finished = 6;
+} // namespace ProjectScreen
+
+// The screen numbers of the new-timetable wizard. Type, Hours and Days are
+// numbered but never shown: the caller chooses the type, and a timetable
+// takes the project's days and periods.
+namespace TimetableScreen {
+constexpr qint16 Welcome = 1;
+constexpr qint16 Type = 2;
+constexpr qint16 Who = 3;
+constexpr qint16 Style = 4;
+constexpr qint16 Hours = 5;
+constexpr qint16 Complete = 7;
+constexpr qint16 Finished = 8;
+} // namespace TimetableScreen
+
 struct State {
     bool WizardCancel = false;
     qint16 WizardScreen = 1;
@@ -25,7 +48,6 @@ struct State {
     // in the original; here index 0..count-1).
     QStringList WizardDOW;
     QVector<QTime> WizardHours;
-    qint16 WizardHoursCount = 0;
     qint16 WizardDOWIndex = 0;
     qint16 WizardHoursIndex = 0;
     qint16 WizardHourIncIndex = 0;

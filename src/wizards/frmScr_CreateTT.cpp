@@ -2,7 +2,7 @@
 
 #include "common/Common.h"
 #include "common/ListHelpers.h"
-#include "store/ModMain.h"
+#include "timetable/TimetableChoices.h"
 #include "wizards/WizardState.h"
 
 #include <QCheckBox>
@@ -22,11 +22,6 @@ const QString kTitle = QStringLiteral("New Timetable Wizard");
 const QString kCreateNew = QStringLiteral("Create new...");
 constexpr int kNameRole = Qt::UserRole + 1;
 
-void setEmptyDialog(QDialog* dialog, const char* name) {
-    dialog->setObjectName(QString::fromLatin1(name));
-    dialog->setWindowTitle(kTitle);
-}
-
 QLabel* labelNamed(QWidget* screen, const char* name) {
     return screen->findChild<QLabel*>(QString::fromLatin1(name));
 }
@@ -37,27 +32,18 @@ struct WhoTexts {
     const char* heading; // nullptr: the screen's own heading stays
     const char* instruction;
     const char* label;
-    const char* listSql;
-    const char* countSql;
-    const char* ownerColumn;
     const char* exists;
 };
 constexpr WhoTexts kWho[] = {
     {"Class", "Select or create a Class for this timetable",
      "Please select the Class for this timetable.", "Select a Class:",
-     "SELECT id, name FROM class WHERE id<>1 ORDER BY name",
-     "SELECT COUNT(*) AS tot FROM timetable WHERE classid = ", " AND ClassID=",
      "A timetable already exists for this Class. To view and change the timetable select it "
      "from the View Table button on the main window."},
     {"Tutor", "Select or create a Tutor for this timetable",
      "Please select the Tutor for this timetable.", "Select a Tutor:",
-     "SELECT id, name FROM tutor WHERE id<>1 ORDER BY name",
-     "SELECT COUNT(*) AS tot FROM timetable WHERE tutorid = ", " AND tutorid=",
      "A timetable already exists for this Tutor. To view and change the timetable select it "
      "from the View Table button on the main window."},
     {"Room", nullptr, "Please select the Room for this timetable.", "Select a Room:",
-     "SELECT id, name FROM room WHERE id<>1 ORDER BY name",
-     "SELECT COUNT(*) AS tot FROM timetable WHERE roomid = ", " AND roomid=",
      "A timetable already exists for this Room. To view and change the timetable select it "
      "from the View Table button on the main window."},
 };
@@ -98,23 +84,6 @@ void frmScr_CreateTT_Welcome::cmdNext_Click() {
     WizardPage::cmdNext_Click();
 }
 
-frmScr_CreateTT_Type::frmScr_CreateTT_Type(QWidget* parent)
-    : WizardPage(QStringLiteral("frmScr_CreateTT_Type"), kTitle, QStringLiteral("Type of timetable"),
-                 QStringLiteral("Please select whose timetable you would like to create."),
-                 parent) {
-    cboType = new QComboBox(this);
-    cboType->setObjectName(QStringLiteral("cboType"));
-    cboType->addItems({QStringLiteral("Class"), QStringLiteral("Tutor"), QStringLiteral("Room")});
-    cboType->setCurrentText(Wizard::state().WizardType);
-    body()->addWidget(cboType);
-    body()->addStretch(1);
-}
-
-void frmScr_CreateTT_Type::cmdNext_Click() {
-    Wizard::state().WizardType = cboType->currentText();
-    WizardPage::cmdNext_Click();
-}
-
 frmScr_CreateTT_Who::frmScr_CreateTT_Who(QWidget* parent)
     : WizardPage(QStringLiteral("frmScr_CreateTT_Who"), kTitle,
                  QStringLiteral("Select or create the owner of this timetable"),
@@ -150,16 +119,10 @@ frmScr_CreateTT_Who::frmScr_CreateTT_Who(QWidget* parent)
             labelNamed(this, "lblHeading")->setText(QString::fromLatin1(t->heading));
         labelNamed(this, "lblIntro")->setText(QString::fromLatin1(t->instruction));
         lblWho->setText(QString::fromLatin1(t->label));
-        for (auto rs = ModMain::DB().Execute(QString::fromLatin1(t->listSql)); !rs.eof();
-             rs.MoveNext()) {
-            const QString id = rs.Field("id").toString();
-            const QString name = Common::NullToString(rs.Field("name"));
-            const bool created =
-                ModMain::DB().Execute(QString::fromLatin1(t->countSql) + id).Field("tot").toInt() >
-                0;
-            cboWho->addItem(created ? name + QStringLiteral(" - Already created") : name,
-                            id.toInt());
-            cboWho->setItemData(cboWho->count() - 1, name, kNameRole);
+        for (const ModMain::OwnerChoice& c : ModMain::OwnerChoices(w.WizardType)) {
+            cboWho->addItem(c.created ? c.name + QStringLiteral(" - Already created") : c.name,
+                            c.id);
+            cboWho->setItemData(cboWho->count() - 1, c.name, kNameRole);
         }
     }
     cboWho->addItem(kCreateNew, -1);
@@ -179,7 +142,8 @@ void frmScr_CreateTT_Who::cboWho_Click() {
 qint32 frmScr_CreateTT_Who::chosenID() {
     if (cboWho->currentData().toInt() != -1)
         return cboWho->currentData().toInt();
-    const QString name = txtWho->text();
+    // Blanks around a name are no part of it; a name of blanks is no name.
+    const QString name = txtWho->text().trimmed();
     if (name.isEmpty()) {
         MsgBox(QStringLiteral("You have not entered a name. Please enter a name to continue."),
                MsgButtons::Ok, MsgIcon::Critical);
@@ -188,15 +152,13 @@ qint32 frmScr_CreateTT_Who::chosenID() {
     }
     // A typed name that is already listed means that entry, not a duplicate.
     for (int i = 0; i < cboWho->count(); ++i) {
-        if (cboWho->itemData(i).toInt() != -1 && cboWho->itemData(i, kNameRole).toString() == name) {
+        if (cboWho->itemData(i).toInt() != -1 &&
+            cboWho->itemData(i, kNameRole).toString() == name) {
             cboWho->setCurrentIndex(i);
             return cboWho->itemData(i).toInt();
         }
     }
-    ModMain::DB().Execute(QStringLiteral("INSERT INTO ") + Wizard::state().WizardType +
-                          QStringLiteral(" (name) VALUES ('") + Common::SQLReplace(name) +
-                          QStringLiteral("')"));
-    return ModMain::DB().GetInsertID();
+    return ModMain::CreateOwner(Wizard::state().WizardType, name);
 }
 
 void frmScr_CreateTT_Who::cmdNext_Click() {
@@ -208,10 +170,7 @@ void frmScr_CreateTT_Who::cmdNext_Click() {
     if (id == 0)
         return;
     w.WizardWhoID = id;
-    auto existing = ModMain::DB().Execute(QStringLiteral("SELECT id FROM Timetable WHERE Type='") +
-                                          w.WizardType + QLatin1Char('\'') +
-                                          QString::fromLatin1(t->ownerColumn) + QString::number(id));
-    if (!existing.eof()) {
+    if (ModMain::TimetableExistsFor(w.WizardType, id)) {
         MsgBox(QString::fromLatin1(t->exists), MsgButtons::Ok, MsgIcon::Exclamation);
         return;
     }
@@ -226,8 +185,7 @@ frmScr_CreateTT_Style::frmScr_CreateTT_Style(QWidget* parent)
     lstStyle = new QListWidget(this);
     lstStyle->setObjectName(QStringLiteral("lstStyle"));
     body()->addWidget(lstStyle, 1);
-    Common::GetListBoxItemData_List(
-        *lstStyle, ModMain::DB().Execute(QStringLiteral("SELECT id, name FROM style")));
+    Common::GetListBoxItemData_List(*lstStyle, ModMain::StyleList());
     for (int i = 0; i < lstStyle->count(); ++i)
         if (Common::ListBoxItemData(*lstStyle, i) == Wizard::state().WizardStyleID)
             lstStyle->setCurrentRow(i);
@@ -252,32 +210,11 @@ frmScr_CreateTT_Complete::frmScr_CreateTT_Complete(QWidget* parent)
     summary->setObjectName(QStringLiteral("lblSummary"));
     summary->setWordWrap(true);
     const Wizard::State& w = Wizard::state();
-    const QString who =
-        ModMain::DB()
-            .Execute(QStringLiteral("SELECT name FROM %1 WHERE id = %2").arg(w.WizardType).arg(w.WizardWhoID))
-            .Field("name")
-            .toString();
-    const QString style =
-        ModMain::DB()
-            .Execute(QStringLiteral("SELECT name FROM style WHERE id = %1").arg(w.WizardStyleID))
-            .Field("name")
-            .toString();
-    summary->setText(QStringLiteral("Timetable for:\t%1 %2\nStyle:\t\t%3")
-                         .arg(w.WizardType, who, style));
+    const QString who = ModMain::OwnerName(w.WizardType, w.WizardWhoID);
+    const QString style = ModMain::StyleName(w.WizardStyleID);
+    summary->setText(
+        QStringLiteral("Timetable for:\t%1 %2\nStyle:\t\t%3").arg(w.WizardType, who, style));
     summary->setTextFormat(Qt::PlainText);
     body()->addWidget(summary);
     body()->addStretch(1);
-}
-
-frmScr_CreateTT_Hours::frmScr_CreateTT_Hours(QWidget* parent) : QDialog(parent) {
-    setEmptyDialog(this, "frmScr_CreateTT_Hours");
-}
-frmScr_CreateTT_DOW::frmScr_CreateTT_DOW(QWidget* parent) : QDialog(parent) {
-    setEmptyDialog(this, "frmScr_CreateTT_DOW");
-}
-frmScr_CreateTT_CustomHours::frmScr_CreateTT_CustomHours(QWidget* parent) : QDialog(parent) {
-    setEmptyDialog(this, "frmScr_CreateTT_CustomHours");
-}
-frmScr_CreateTT_CustomDOW::frmScr_CreateTT_CustomDOW(QWidget* parent) : QDialog(parent) {
-    setEmptyDialog(this, "frmScr_CreateTT_CustomDOW");
 }

@@ -20,17 +20,6 @@ protected:
     void cmdNext_Click() override;
 };
 
-// Not shown: the caller chooses the type before the wizard starts.
-class frmScr_CreateTT_Type : public WizardPage {
-    Q_OBJECT
-public:
-    explicit frmScr_CreateTT_Type(QWidget* parent = nullptr);
-    QComboBox* cboType = nullptr;
-
-protected:
-    void cmdNext_Click() override;
-};
-
 class frmScr_CreateTT_Who : public WizardPage {
     Q_OBJECT
 public:
@@ -62,27 +51,4 @@ class frmScr_CreateTT_Complete : public WizardPage {
     Q_OBJECT
 public:
     explicit frmScr_CreateTT_Complete(QWidget* parent = nullptr);
-};
-
-// A timetable always takes the project's days and periods, so these screens
-// are never reached; they exist as the empty dialogs the wizard's design names.
-class frmScr_CreateTT_Hours : public QDialog {
-    Q_OBJECT
-public:
-    explicit frmScr_CreateTT_Hours(QWidget* parent = nullptr);
-};
-class frmScr_CreateTT_DOW : public QDialog {
-    Q_OBJECT
-public:
-    explicit frmScr_CreateTT_DOW(QWidget* parent = nullptr);
-};
-class frmScr_CreateTT_CustomHours : public QDialog {
-    Q_OBJECT
-public:
-    explicit frmScr_CreateTT_CustomHours(QWidget* parent = nullptr);
-};
-class frmScr_CreateTT_CustomDOW : public QDialog {
-    Q_OBJECT
-public:
-    explicit frmScr_CreateTT_CustomDOW(QWidget* parent = nullptr);
 };

@@ -4,8 +4,8 @@
 // and a driver for modal screens.
 
 #include "common/Common.h"
+#include "common/ErrorHandler.h"
 #include "common/FileDialogs.h"
-#include "shell/ErrorHandler.h"
 
 #include <QList>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "shell/ErrorHandler.h"
+#include "common/ErrorHandler.h"
 
 #include "common/Common.h"
 
@@ -8,6 +8,33 @@ ErrorReportFactory& reportFactory() {
     return factory;
 }
 } // namespace
+
+namespace {
+int g_actionDepth = 0;
+bool g_actionFailed = false;
+} // namespace
+
+ActionScope::ActionScope() {
+    ++g_actionDepth;
+}
+
+ActionScope::~ActionScope() {
+    if (--g_actionDepth == 0)
+        g_actionFailed = false;
+}
+
+bool ActionScope::Active() {
+    return g_actionDepth > 0;
+}
+
+bool ActionScope::Failed() {
+    return g_actionDepth > 0 && g_actionFailed;
+}
+
+void ActionScope::MarkFailed() {
+    if (g_actionDepth > 0)
+        g_actionFailed = true;
+}
 
 void SetErrorReportFactory(ErrorReportFactory factory) {
     reportFactory() = std::move(factory);
@@ -24,6 +51,9 @@ QString BuildVariableDump(const QString& locals, const QString& moduleVars, cons
 
 int ErrorHandler(const QString& module, const QString& procedure, int line, const VbError& error,
                  const QString& variables) {
+    if (ActionScope::Failed())
+        return 0;
+    ActionScope::MarkFailed();
     std::unique_ptr<ErrorReportObject> reporter;
     if (reportFactory()) {
         // A component that fails to start is no error of its own: fall back to the box.
@@ -68,6 +98,8 @@ void ReportCurrentException(const char* module, const char* procedure) {
     const QString proc = QString::fromLatin1(procedure);
     try {
         throw;
+    } catch (const ActionAborted&) {
+        // Already told.
     } catch (const VbError& e) {
         ErrorHandler(mod, proc, e.line(), e);
     } catch (const std::exception& e) {
