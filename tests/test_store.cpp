@@ -4,11 +4,15 @@
 #include "store/Project.h"
 #include "store/Records.h"
 #include "store/TimeText.h"
+#include "store/Transaction.h"
 #include "support/TestSupport.h"
+#include "timetable/TimetableRecords.h"
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QtTest>
+#include <sqlite3.h>
 
 using namespace TestSupport;
 
@@ -27,7 +31,215 @@ private Q_SLOTS:
     void resourceAndSlotRecords();
     void slotLinks_data();
     void slotLinks();
+    void actionSurvivesKill_data();
+    void actionSurvivesKill();
+    void transactionNesting();
+    void lockedProjectRefused();
+    void oneBoxPerAction();
 };
+
+namespace {
+// Every row of every table, in a fixed order, as text: two files with the
+// same dump hold the same data.
+QString dump(const QString& file) {
+    sqlite3* db = nullptr;
+    if (sqlite3_open_v2(file.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK)
+        return QStringLiteral("cannot open");
+    QStringList out;
+    QStringList tables;
+    sqlite3_stmt* st = nullptr;
+    sqlite3_prepare_v2(db, "SELECT name FROM sqlite_master WHERE type='table' ORDER BY name", -1,
+                       &st, nullptr);
+    while (sqlite3_step(st) == SQLITE_ROW)
+        tables << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
+    sqlite3_finalize(st);
+    for (const QString& table : tables) {
+        const QByteArray sql = "SELECT * FROM \"" + table.toUtf8() + "\" ORDER BY rowid";
+        sqlite3_prepare_v2(db, sql.constData(), -1, &st, nullptr);
+        while (sqlite3_step(st) == SQLITE_ROW) {
+            QStringList row{table};
+            for (int c = 0; c < sqlite3_column_count(st); ++c)
+                row << (sqlite3_column_type(st, c) == SQLITE_NULL
+                            ? QStringLiteral("<null>")
+                            : QString::fromUtf8(
+                                  reinterpret_cast<const char*>(sqlite3_column_text(st, c))));
+            out << row.join(QLatin1Char('|'));
+        }
+        sqlite3_finalize(st);
+    }
+    sqlite3_close(db);
+    return out.join(QLatin1Char('\n'));
+}
+
+QString integrity(const QString& file) {
+    sqlite3* db = nullptr;
+    QString result;
+    sqlite3_open_v2(file.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr);
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(db, "PRAGMA integrity_check;", -1, &st, nullptr) == SQLITE_OK &&
+        sqlite3_step(st) == SQLITE_ROW)
+        result = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
+    sqlite3_finalize(st);
+    sqlite3_close(db);
+    return result;
+}
+
+QByteArray bytes(const QString& file) {
+    QFile f(file);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+// Runs the crash tool; returns its output, or "killed" when it died by a signal.
+QString crashTool(const QStringList& args) {
+    QProcess p;
+    p.start(QStringLiteral(VANTOR_TEST_BIN_DIR "/crash_action"), args);
+    if (!p.waitForFinished(60000))
+        return QStringLiteral("hung");
+    if (p.exitStatus() == QProcess::CrashExit)
+        return QStringLiteral("killed");
+    if (p.exitCode() != 0)
+        return QStringLiteral("failed: ") + QString::fromLocal8Bit(p.readAllStandardError());
+    return QString::fromLocal8Bit(p.readAllStandardOutput()).trimmed();
+}
+} // namespace
+
+void TestStore::actionSurvivesKill_data() {
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<bool>("onBlank"); // the action runs on a project without days
+    QTest::newRow("project wizard's days and periods") << "calendar" << true;
+    QTest::newRow("creating a tutor timetable") << "create-tutor" << false;
+    QTest::newRow("deleting a timetable") << "delete" << false;
+    QTest::newRow("format dialog OK") << "format" << false;
+    QTest::newRow("saving grid sizes") << "sizes" << false;
+    QTest::newRow("same size columns") << "same-size" << false;
+    QTest::newRow("custom days") << "day-template" << false;
+    QTest::newRow("custom hours") << "hour-template" << false;
+}
+
+void TestStore::actionSurvivesKill() {
+    QFETCH(QString, action);
+    QFETCH(bool, onBlank);
+    TestEnv env;
+    const QString base = env.newProject(QStringLiteral("base.VNPL"));
+    if (!onBlank)
+        QCOMPARE(crashTool({QStringLiteral("prepare"), base}).toInt() > 0, true);
+    const QString before = dump(base);
+
+    const QString done = env.path(QStringLiteral("done.VNPL"));
+    QVERIFY(QFile::copy(base, done));
+    const int statements = crashTool({action, done}).toInt();
+    QVERIFY2(statements > 2, "the action ran too few statements to be cut");
+    const QString after = dump(done);
+    QVERIFY(after != before);
+
+    // Cut after the lock, early, half-way, late, and after the commit.
+    const QList<int> cuts = {1, 2, statements / 3, statements / 2, statements - 1, statements};
+    for (int n : QSet<int>(cuts.begin(), cuts.end())) {
+        const QString copy = env.path(QStringLiteral("cut%1.VNPL").arg(n));
+        QVERIFY(QFile::copy(base, copy));
+        QCOMPARE(crashTool({action, copy, QString::number(n)}), QStringLiteral("killed"));
+        QCOMPARE(integrity(copy), QStringLiteral("ok"));
+        const QString found = dump(copy);
+        QVERIFY2(found == before || found == after,
+                 qPrintable(QStringLiteral("half an action after statement %1 of %2")
+                                .arg(n)
+                                .arg(statements)));
+        // Only a kill after the commit may keep the action.
+        QCOMPARE(found == after, n == statements);
+    }
+}
+
+void TestStore::transactionNesting() {
+    TestEnv env;
+    ErrorRecorder errors;
+    const QString file = env.newProject();
+    QVERIFY(env.open(file));
+    auto& db = ModMain::DB();
+    const QString before = dump(file);
+    {
+        Transaction outer;
+        QVERIFY(outer.ok() && db.InAction());
+        {
+            // An action inside an action, with the plain statements an editor sends.
+            Transaction inner;
+            db.Execute(QStringLiteral("BEGIN;"));
+            ModMain::CreateRoomRecord(QStringLiteral("Hall"), 200);
+            db.Execute(QStringLiteral("COMMIT;"));
+        }
+        QVERIFY(db.InAction());
+        // A failing statement keeps what ran before it: the action commits it.
+        ModMain::CreateRoomRecord(QStringLiteral("Lab"), 20);
+        db.Execute(QStringLiteral("INSERT INTO NoSuchTable VALUES (1)"));
+        // Nothing is in the file until the action ends.
+        QCOMPARE(dump(file), before);
+    }
+    QVERIFY(!db.InAction());
+    QCOMPARE(errors.reports().size(), 1);
+    QCOMPARE(db.Execute(QStringLiteral("SELECT group_concat(name) AS n FROM Room WHERE id<>1"))
+                 .Field("n")
+                 .toString(),
+             QStringLiteral("Hall,Lab"));
+    // Outside an action the plain statements are a transaction of their own.
+    db.Execute(QStringLiteral("BEGIN;"));
+    ModMain::CreateRoomRecord(QStringLiteral("Gym"), 60);
+    db.Execute(QStringLiteral("COMMIT;"));
+    QVERIFY(dump(file).contains(QStringLiteral("Gym")));
+    QCOMPARE(errors.reports().size(), 1);
+}
+
+void TestStore::lockedProjectRefused() {
+    TestEnv env;
+    MessageRecorder boxes;
+    ErrorRecorder errors;
+    const QString file = env.newProject();
+    QCOMPARE(crashTool({QStringLiteral("prepare"), file}).toInt() > 0, true);
+    QVERIFY(env.open(file));
+    ModMain::DB().SetBusyTimeout(50);
+    const qint32 first = ModMain::FirstTimetableID();
+
+    // Another program holds the write lock past the wait.
+    sqlite3* other = nullptr;
+    QCOMPARE(sqlite3_open(file.toUtf8().constData(), &other), SQLITE_OK);
+    QCOMPARE(sqlite3_exec(other, "BEGIN IMMEDIATE;", nullptr, nullptr, nullptr), SQLITE_OK);
+    const QByteArray old = bytes(file);
+    Guard("test", "delete", [&] { ModMain::DeleteTimetable(first); });
+    Guard("test", "create", [&] {
+        QCOMPARE(ModMain::CreateTimetable(QStringLiteral("Room"), 2, 1), 0);
+    });
+    QCOMPARE(boxes.texts(), QStringList(2, ProjectBusyText(file)));
+    QVERIFY(errors.reports().isEmpty());
+    QCOMPARE(bytes(file), old);
+    sqlite3_exec(other, "ROLLBACK;", nullptr, nullptr, nullptr);
+    sqlite3_close(other);
+
+    // Free again, the same action goes through.
+    Guard("test", "delete", [&] { ModMain::DeleteTimetable(first); });
+    QVERIFY(ModMain::FirstTimetableID() != first);
+    QCOMPARE(boxes.messages().size(), 2);
+}
+
+void TestStore::oneBoxPerAction() {
+    TestEnv env;
+    ErrorRecorder errors;
+    QVERIFY(env.open(env.newProject()));
+    auto& db = ModMain::DB();
+    const auto failTwice = [&] {
+        db.Execute(QStringLiteral("SELECT nothing FROM NoSuchTable"));
+        // After the first error the action runs nothing more.
+        db.Execute(QStringLiteral("INSERT INTO Room (name) VALUES ('After')"));
+        db.Execute(QStringLiteral("SELECT more FROM NoSuchTable"));
+    };
+    Guard("test", "action", failTwice);
+    QCOMPARE(errors.reports().size(), 1);
+    QCOMPARE(errors.reports().first().procedure, QStringLiteral("Execute"));
+    QCOMPARE(db.Execute(QStringLiteral("SELECT COUNT(*) AS n FROM Room WHERE name = 'After'"))
+                 .Field("n")
+                 .toInt(),
+             0);
+    // The next action starts afresh.
+    Guard("test", "action", failTwice);
+    QCOMPARE(errors.reports().size(), 2);
+}
 
 void TestStore::recordsets() {
     TestEnv env;

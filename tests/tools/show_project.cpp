@@ -1,0 +1,194 @@
+// Opens each project named on the command line in the main window, shows
+// every timetable it holds, and closes it again, the way a user looking at a
+// file would. test_damaged runs it on damaged files, many per process.
+//
+// One line per file on stdout, written as soon as the file is done so a
+// crash still tells which file was being shown:
+//   OK <path> boxes=<n> actions=<k>
+//   FAIL <path> <reason>
+// Opening (with the listing of its timetables), each timetable shown and the
+// closing are the actions; each may show at most one message box. Looking at
+// a file must leave it byte for byte as it was. Before each file a marker
+// line "== <path>" goes to stderr, and "== end" after the last, so the caller
+// can tell whose file any diagnostic on stderr belongs to.
+//
+// Exit code 0 when every file was OK, 1 when one was not, 2 on misuse.
+
+#include "common/Common.h"
+#include "common/ErrorHandler.h"
+#include "shell/frmMain.h"
+#include "store/ModMain.h"
+#include "timetable/TimetableRecords.h"
+#include "timetable/TimetableState.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <cstdio>
+#include <memory>
+#include <optional>
+
+namespace {
+
+// What is on disk under a path: the file's bytes, or that it is a folder or
+// absent, and which of SQLite's companion files lie beside it.
+struct DiskState {
+    bool exists = false;
+    bool isDir = false;
+    std::optional<QByteArray> bytes; // empty when the file cannot be read
+    QStringList companions;
+
+    bool operator==(const DiskState&) const = default;
+};
+
+DiskState diskState(const QString& path) {
+    DiskState s;
+    const QFileInfo info(path);
+    s.exists = info.exists();
+    s.isDir = info.isDir();
+    if (s.exists && !s.isDir) {
+        QFile f(path);
+        if (f.open(QIODevice::ReadOnly))
+            s.bytes = f.readAll();
+    }
+    for (const char* suffix : {"-journal", "-wal", "-shm"})
+        if (QFileInfo::exists(path + QLatin1String(suffix)))
+            s.companions << QLatin1String(suffix);
+    return s;
+}
+
+QString describeChange(const DiskState& before, const DiskState& after) {
+    if (before.exists != after.exists || before.isDir != after.isDir)
+        return QStringLiteral("the file was created, removed or replaced");
+    if (before.companions != after.companions)
+        return QStringLiteral("left %1 beside the file").arg(after.companions.join(u' '));
+    if (before.bytes.has_value() != after.bytes.has_value())
+        return QStringLiteral("the file's readability changed");
+    const QByteArray& a = *before.bytes;
+    const QByteArray& b = *after.bytes;
+    qsizetype first = 0;
+    while (first < a.size() && first < b.size() && a.at(first) == b.at(first))
+        ++first;
+    return QStringLiteral("the file was rewritten (size %1 -> %2, first difference at byte %3)")
+        .arg(a.size())
+        .arg(b.size())
+        .arg(first);
+}
+
+// One line, so a report stays one line on stdout.
+QString oneLine(const QString& text, int limit = 300) {
+    QString s = text.simplified();
+    if (s.size() > limit)
+        s = s.left(limit) + QStringLiteral("...");
+    return s;
+}
+
+// Counts the boxes of the action running now and answers each with its
+// default: No to a question, so no wizard or second project starts.
+class BoxCounter {
+public:
+    BoxCounter() {
+        Common::SetMsgBoxHandler([this](const QString& text, Common::MsgButtons buttons,
+                                        Common::MsgIcon, const QString&) {
+            ++m_total;
+            ++m_inAction;
+            m_texts << oneLine(text);
+            const bool question = buttons == Common::MsgButtons::YesNo ||
+                                  buttons == Common::MsgButtons::YesNoCancel;
+            return question ? Common::MsgResult::No : Common::MsgResult::Ok;
+        });
+    }
+    ~BoxCounter() { Common::SetMsgBoxHandler({}); }
+    BoxCounter(const BoxCounter&) = delete;
+    BoxCounter& operator=(const BoxCounter&) = delete;
+
+    // Runs one user action and notes it when it showed more than one box.
+    template <class F> void action(const QString& name, F&& f) {
+        m_inAction = 0;
+        m_texts.clear();
+        std::forward<F>(f)();
+        QCoreApplication::processEvents();
+        ++m_actions;
+        if (m_inAction > 1)
+            m_problems << QStringLiteral("%1 boxes in %2: %3")
+                              .arg(m_inAction)
+                              .arg(name, m_texts.join(QStringLiteral(" | ")));
+    }
+
+    int total() const { return m_total; }
+    int actions() const { return m_actions; }
+    const QStringList& problems() const { return m_problems; }
+
+private:
+    int m_total = 0;
+    int m_inAction = 0;
+    int m_actions = 0;
+    QStringList m_texts;
+    QStringList m_problems;
+};
+
+// Shows one project from opening to closing; returns its report line.
+QString showProject(const QString& path) {
+    const DiskState before = diskState(path);
+    BoxCounter boxes;
+    {
+        frmMain w;
+        w.show();
+        QVector<ModMain::TimetableEntry> list;
+        boxes.action(QStringLiteral("Form_Load"), [&] {
+            w.Form_Load(path);
+            // The timetable list is read as the toolbar reads it on opening.
+            if (ModMain::ProjectIsOpen())
+                Guard("show_project", "TimetableList", [&] { list = ModMain::TimetableList(); });
+        });
+        for (const ModMain::TimetableEntry& t : list)
+            boxes.action(QStringLiteral("LoadTimetable(%1)").arg(t.id),
+                         [&] { w.LoadTimetable(t.id); });
+        boxes.action(QStringLiteral("close"), [&] { w.close(); });
+    }
+    // Nothing of this project may reach the next one.
+    ModMain::DB().DBClose();
+    Timetable::Reset();
+
+    const DiskState after = diskState(path);
+    QStringList problems = boxes.problems();
+    if (!(before == after))
+        problems.prepend(describeChange(before, after));
+    if (!problems.isEmpty())
+        return QStringLiteral("FAIL %1 %2").arg(path, problems.join(QStringLiteral("; ")));
+    return QStringLiteral("OK %1 boxes=%2 actions=%3").arg(path).arg(boxes.total()).arg(boxes.actions());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::fputs("usage: show_project FILE...\n", stderr);
+        return 2;
+    }
+    // Settings go to a folder of this run's own unless the caller chose one.
+    std::unique_ptr<QTemporaryDir> config;
+    if (qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME")) {
+        config = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_CONFIG_HOME", config->path().toLocal8Bit());
+    }
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Vantor Planner"));
+    QApplication::setStyle(QStringLiteral("Fusion"));
+
+    bool allOk = true;
+    for (int i = 1; i < argc; ++i) {
+        const QString path = QString::fromLocal8Bit(argv[i]);
+        std::fprintf(stderr, "== %s\n", argv[i]);
+        std::fflush(stderr);
+        const QString line = showProject(path);
+        allOk = allOk && line.startsWith(QLatin1String("OK "));
+        std::printf("%s\n", line.toLocal8Bit().constData());
+        std::fflush(stdout);
+    }
+    std::fputs("== end\n", stderr);
+    std::fflush(stderr);
+    return allOk ? 0 : 1;
+}
