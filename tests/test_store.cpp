@@ -39,38 +39,6 @@ private Q_SLOTS:
 };
 
 namespace {
-// Every row of every table, in a fixed order, as text: two files with the
-// same dump hold the same data.
-QString dump(const QString& file) {
-    sqlite3* db = nullptr;
-    if (sqlite3_open_v2(file.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK)
-        return QStringLiteral("cannot open");
-    QStringList out;
-    QStringList tables;
-    sqlite3_stmt* st = nullptr;
-    sqlite3_prepare_v2(db, "SELECT name FROM sqlite_master WHERE type='table' ORDER BY name", -1,
-                       &st, nullptr);
-    while (sqlite3_step(st) == SQLITE_ROW)
-        tables << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
-    sqlite3_finalize(st);
-    for (const QString& table : tables) {
-        const QByteArray sql = "SELECT * FROM \"" + table.toUtf8() + "\" ORDER BY rowid";
-        sqlite3_prepare_v2(db, sql.constData(), -1, &st, nullptr);
-        while (sqlite3_step(st) == SQLITE_ROW) {
-            QStringList row{table};
-            for (int c = 0; c < sqlite3_column_count(st); ++c)
-                row << (sqlite3_column_type(st, c) == SQLITE_NULL
-                            ? QStringLiteral("<null>")
-                            : QString::fromUtf8(
-                                  reinterpret_cast<const char*>(sqlite3_column_text(st, c))));
-            out << row.join(QLatin1Char('|'));
-        }
-        sqlite3_finalize(st);
-    }
-    sqlite3_close(db);
-    return out.join(QLatin1Char('\n'));
-}
-
 QString integrity(const QString& file) {
     sqlite3* db = nullptr;
     QString result;

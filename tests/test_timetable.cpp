@@ -14,12 +14,14 @@
 #include "wizards/WizardState.h"
 
 #include <QAction>
+#include <QFile>
 #include <QComboBox>
 #include <QDialog>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QToolButton>
+#include <QRandomGenerator>
 #include <QtTest>
 
 using namespace TestSupport;
@@ -107,6 +109,8 @@ private Q_SLOTS:
     void gridInBothOrientations_data();
     void gridInBothOrientations();
     void switchingAndDeleting();
+    void batchedLoadEqualsCellByCell();
+    void fastCrossReferenceWritesTheSameRows();
 };
 
 void TestTimetable::textsAndSlotLookup() {
@@ -426,4 +430,152 @@ void TestTimetable::switchingAndDeleting() {
 }
 
 QTEST_MAIN(TestTimetable)
+void TestTimetable::batchedLoadEqualsCellByCell() {
+    // A generated school with the untidy corners real files have: duplicate
+    // links, names that sort oddly or are NULL, links to deleted resources,
+    // two slots in one cell, special cells, slots off the grid, and
+    // timetables whose owner is gone or whose type is unknown.
+    Project p;
+    QRandomGenerator rng(20261123);
+    QList<qint32> tutors, subjects, rooms, classes;
+    const QStringList names = {"b", "B", "a'b", "Émile", "10", "9", "", "Zed", "alpha"};
+    for (int i = 0; i < 12; ++i) {
+        const QString name = names[i % names.size()] + QString::number(i / names.size());
+        tutors << ModMain::CreateTutorRecord(name, i == 3 ? QString() : name.left(2), "", "");
+        subjects << ModMain::CreateSubjectRecord(name, 1);
+        rooms << ModMain::CreateRoomRecord(name, 20);
+        classes << value("INSERT INTO Class (name) VALUES ('%1')", Common::SQLReplace(name)).toInt();
+        classes.last() = ModMain::DB().GetInsertID();
+    }
+    value("UPDATE Tutor SET DisplayName = NULL WHERE id = %1", tutors[4]);
+    QList<qint32> timetables;
+    for (int i = 0; i < 3; ++i) {
+        timetables << makeTimetable("Class", classes[i]) << makeTimetable("Tutor", tutors[i])
+                   << makeTimetable("Room", rooms[i]);
+    }
+    const auto pick = [&](const QList<qint32>& ids) { return ids[rng.bounded(int(ids.size()))]; };
+    for (qint32 tt : timetables)
+        for (int day = 1; day <= 2; ++day)
+            for (int period = 1; period <= 4; ++period) {
+                if (rng.bounded(5) == 0)
+                    continue; // no slot yet
+                const qint32 slot = slotAt(tt, day, period);
+                for (int n = rng.bounded(4); n > 0; --n) {
+                    ModMain::CreateTutorSlotRecord(slot, pick(tutors), false);
+                    ModMain::CreateSubjectSlotRecord(slot, pick(subjects), false);
+                    ModMain::CreateRoomSlotRecord(slot, pick(rooms), rng.bounded(2) == 0);
+                    ModMain::CreateClassSlotRecord(slot, pick(classes), false);
+                }
+                if (rng.bounded(6) == 0)
+                    value("UPDATE Slot SET SpecialID = %1 WHERE id = %2", 2 + rng.bounded(3), slot);
+                if (rng.bounded(8) == 0) // a second slot in the same cell
+                    value("INSERT INTO Slot (TimetableID, SpecialID, DayTitleID, TimeTitleID) "
+                          "SELECT TimetableID, 1, DayTitleID, TimeTitleID FROM Slot WHERE id = %1",
+                          slot);
+            }
+    ModMain::CreateTutorSlotRecord(slotAt(timetables[0], 1, 1), 9999); // a tutor since deleted
+    value("INSERT INTO Slot (TimetableID, SpecialID, DayTitleID, TimeTitleID) VALUES (%1, 1, "
+          "777, 778)",
+          timetables[1]);
+    value("DELETE FROM Class WHERE id = %1", classes[2]); // the owner of timetables[6]
+    value("INSERT INTO Timetable (Type, TimeOnTop, ClassID, RoomID, TutorID, SubjectID) VALUES "
+          "('Subject', 'False', 1, 1, 1, 1)");
+    value("INSERT INTO Timetable (Type, TimeOnTop, ClassID, RoomID, TutorID, SubjectID) VALUES "
+          "('Odd', 'True', 1, 1, 1, 1)");
+
+    // The toolbar's list: one statement against one look-up per timetable.
+    QStringList listed, lookedUp;
+    for (const ModMain::TimetableEntry& e : ModMain::TimetableList())
+        listed << QString::number(e.id) + QLatin1Char(' ') + e.name;
+    for (auto rs = ModMain::DB().Execute("SELECT id, type, classid, roomid, tutorid, subjectid "
+                                         "FROM timetable;");
+         !rs.eof(); rs.MoveNext())
+        lookedUp << rs.Field("id").toString() + QLatin1Char(' ') +
+                        ModMain::GetTimetableName(rs.Field("id").toInt());
+    QCOMPARE(listed, lookedUp);
+    QVERIFY(listed.contains(QString::number(timetables[6]) + QLatin1Char(' ')));
+
+    // Every timetable's grid: the batched texts against RefreshCell's own.
+    for (auto rs = ModMain::DB().Execute("SELECT id FROM Timetable"); !rs.eof(); rs.MoveNext()) {
+        Timetable::Reset();
+        Timetable::current().ID = rs.Field("id").toInt();
+        FlexGrid batched, cellByCell;
+        ModMain::RefreshTable(batched);
+        ModMain::RefreshTable(cellByCell);
+        for (int r = 1; r < cellByCell.rows(); ++r)
+            for (int c = 1; c < cellByCell.cols(); ++c) {
+                cellByCell.setTextMatrix(r, c, QStringLiteral("?"));
+                cellByCell.setCellBackColor(r, c, Qt::black);
+            }
+        const Timetable::State& tt = Timetable::current();
+        for (auto slots = ModMain::DB().Execute(
+                 QStringLiteral("SELECT id, SpecialID, DayTitleID, TimeTitleID FROM Slot WHERE "
+                                "TimetableID = %1;")
+                     .arg(tt.ID));
+             !slots.eof(); slots.MoveNext())
+            ModMain::RefreshCell(cellByCell, tt.TimeOnTop, slots.Field("DayTitleID").toInt(),
+                                 slots.Field("TimeTitleID").toInt(), slots.Field("id").toInt(),
+                                 slots.Field("SpecialID").toInt(), tt.Type);
+        QCOMPARE(batched.rows(), cellByCell.rows());
+        QCOMPARE(batched.cols(), cellByCell.cols());
+        for (int r = 0; r < batched.rows(); ++r)
+            for (int c = 0; c < batched.cols(); ++c) {
+                if (r > 0 && c > 0 && cellByCell.textMatrix(r, c) == QLatin1String("?"))
+                    continue; // no slot: neither way paints the cell
+                const QString where = QStringLiteral("timetable %1 cell %2,%3").arg(tt.ID).arg(r).arg(c);
+                QVERIFY2(batched.textMatrix(r, c) == cellByCell.textMatrix(r, c), qPrintable(where));
+                QVERIFY2(batched.cellBackColor(r, c) == cellByCell.cellBackColor(r, c),
+                         qPrintable(where));
+                QVERIFY2(batched.cellData(r, c) == cellByCell.cellData(r, c), qPrintable(where));
+            }
+    }
+}
+
+void TestTimetable::fastCrossReferenceWritesTheSameRows() {
+    // Rooms booked in many timetables, twice in one slot, by a deleted room,
+    // with dangling links at the ids the new slots will take, and a day and a
+    // period that two headings of one timetable share.
+    Project p;
+    QRandomGenerator rng(7);
+    QList<qint32> rooms, timetables;
+    for (int i = 0; i < 8; ++i)
+        rooms << ModMain::CreateRoomRecord(QStringLiteral("R%1").arg(i), 20);
+    for (int i = 0; i < 4; ++i)
+        timetables << makeTimetable("Room", rooms[i]) << classTimetable(QStringLiteral("C%1").arg(i));
+    for (qint32 tt : timetables)
+        for (int day = 1; day <= 2; ++day)
+            for (int period = 1; period <= 4; ++period)
+                if (rng.bounded(3) != 0) {
+                    const qint32 slot = slotAt(tt, day, period);
+                    for (int n = rng.bounded(4); n > 0; --n)
+                        ModMain::CreateRoomSlotRecord(slot, rooms[rng.bounded(int(rooms.size()))],
+                                                      false);
+                }
+    value("DELETE FROM Room WHERE id = %1", rooms[7]);
+    const qint32 nextSlot = value("SELECT MAX(id) + 1 FROM Slot").toInt();
+    for (int k = 0; k < 6; ++k)
+        ModMain::CreateRoomSlotRecord(nextSlot + 2 * k, rooms[k % 3], false);
+    value("INSERT INTO DayTitle (ProjectDayTitleID, TimetableID, DOW, Height, Width, SpecialID, "
+          "Pos) SELECT ProjectDayTitleID, TimetableID, DOW, 1200, 600, 1, 9 FROM DayTitle WHERE "
+          "TimetableID = %1 AND Pos = 1",
+          timetables[0]);
+    const qint32 target = classTimetable(QStringLiteral("Target"));
+    value("INSERT INTO TimeTitle (ProjectTimeTitleID, TimetableID, StartTime, Duration, Width, "
+          "Height, SpecialID, Pos) SELECT ProjectTimeTitleID, TimetableID, StartTime, Duration, "
+          "1600, 1200, 1, 9 FROM TimeTitle WHERE TimetableID = %1 AND Pos = 2",
+          target);
+    ModMain::DB().DBClose();
+
+    const QString prescribed = p.env.path(QStringLiteral("prescribed.VNPL"));
+    const QString fast = p.env.path(QStringLiteral("fast.VNPL"));
+    QVERIFY(QFile::copy(p.file, prescribed) && QFile::copy(p.file, fast));
+    QVERIFY(p.env.open(prescribed));
+    ModMain::DoCrossReferenceNewTimetable(target, "Tutor", 2);
+    QVERIFY(p.env.open(fast));
+    ModMain::CrossReferenceNewTimetableFast(target, "Tutor", 2);
+    ModMain::DB().DBClose();
+    QVERIFY(dump(prescribed) != dump(p.file));
+    QCOMPARE(dump(fast), dump(prescribed));
+}
+
 #include "test_timetable.moc"

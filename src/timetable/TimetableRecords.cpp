@@ -3,10 +3,12 @@
 #include "common/Common.h"
 #include "store/ModMain.h"
 #include "store/Records.h"
+#include "store/TimeText.h"
 #include "store/Transaction.h"
 #include "timetable/SlotLookup.h"
 
 #include <QRegularExpression>
+#include <QSet>
 #include <QStringList>
 
 using Common::SQLReplace;
@@ -133,7 +135,7 @@ qint32 CreateTimetable(const QString& type, qint32 whoID, qint32 styleID) {
     copyPeriods(id);
     copyDays(id);
     if (type == QLatin1String("Tutor"))
-        DoCrossReferenceNewTimetable(id, QStringLiteral("Tutor"), whoID);
+        CrossReferenceNewTimetableFast(id, QStringLiteral("Tutor"), whoID);
     return id;
 }
 
@@ -168,6 +170,76 @@ void DoCrossReferenceNewTimetable(qint32 TimetableID, const QString& Type, qint3
             for (; !rooms.eof(); rooms.MoveNext())
                 CreateRoomSlotRecord(CreateSlotAt(TimetableID, day.id, time.id),
                                      rooms.Field("ID").toInt());
+        }
+    }
+}
+
+void CrossReferenceNewTimetableFast(qint32 TimetableID, const QString& Type, qint32 WhoID) {
+    Q_UNUSED(WhoID);
+    if (Type != QLatin1String("Tutor"))
+        return;
+    Transaction tx;
+    if (!tx.ok())
+        return;
+    struct Heading {
+        qint32 id = 0;
+        qint32 projectID = 0;
+        QTime start;
+        qint32 duration = 0;
+        QString day;
+    };
+    const auto headings = [](const QString& sql, const char* projectColumn, bool period) {
+        QVector<Heading> list;
+        for (auto rs = DB().Execute(sql); !rs.eof(); rs.MoveNext()) {
+            Heading h;
+            h.id = rs.Field("ID").toInt();
+            h.projectID = rs.Field(projectColumn).toInt();
+            if (period) {
+                h.start = TimeText::Parse(rs.Field("StartTime").toString());
+                h.duration = rs.Field("Duration").toInt();
+            } else {
+                h.day = rs.Field("DOW").toString();
+            }
+            list << h;
+        }
+        return list;
+    };
+    const QVector<Heading> times = headings(
+        QStringLiteral("SELECT ID, ProjectTimeTitleID, StartTime, Duration FROM TimeTitle WHERE "
+                       "TimetableID = %1 ORDER BY pos;")
+            .arg(TimetableID),
+        "ProjectTimeTitleID", true);
+    const QVector<Heading> days = headings(
+        QStringLiteral("SELECT ID, ProjectDayTitleID, DOW FROM DayTitle WHERE TimetableID = %1 "
+                       "ORDER BY pos;")
+            .arg(TimetableID),
+        "ProjectDayTitleID", false);
+    // Links left behind by slots since deleted may carry the id a new slot
+    // gets; CreateRoomSlotRecord's check would find them, so this does too.
+    QSet<QPair<qint32, qint32>> dangling;
+    for (auto rs = DB().Execute(QStringLiteral(
+             "SELECT SlotID, RoomID FROM RoomSlot WHERE SlotID > (SELECT IFNULL(MAX(id), 0) FROM "
+             "Slot);"));
+         !rs.eof(); rs.MoveNext())
+        dangling.insert({rs.Field("SlotID").toInt(), rs.Field("RoomID").toInt()});
+    for (const Heading& time : times) {
+        for (const Heading& day : days) {
+            auto rooms = DB().Execute(
+                QStringLiteral("SELECT Room.ID AS ID FROM Room, RoomSlot, Slot, TimeTitle, "
+                               "DayTitle WHERE Room.ID = RoomSlot.RoomID AND RoomSlot.SlotID = "
+                               "Slot.ID AND Slot.TimeTitleID = TimeTitle.ID AND "
+                               "Slot.DayTitleID = DayTitle.ID AND TimeTitle.ProjectTimeTitleID "
+                               "= ") +
+                QString::number(time.projectID) +
+                QStringLiteral(" AND DayTitle.ProjectDayTitleID = ") +
+                QString::number(day.projectID) + QLatin1Char(';'));
+            for (; !rooms.eof(); rooms.MoveNext()) {
+                const qint32 slot = CreateSlotRecord(TimetableID, time.start, time.duration,
+                                                     day.day, 1, day.id, time.id);
+                const qint32 room = rooms.Field("ID").toInt();
+                if (!dangling.contains({slot, room}))
+                    CreateRoomSlotRecord(slot, room, false);
+            }
         }
     }
 }

@@ -102,6 +102,10 @@ template <class T> T* control(QWidget* screen, const char* name) {
     qFatal("no %s on %s", name, qPrintable(screen->objectName()));
 }
 
+// Every row of every table of a project file, in a fixed order, as text: two
+// files with the same dump hold the same data, ids included.
+QString dump(const QString& file);
+
 // Clicks the named push button on a screen.
 void clickButton(QWidget* screen, const char* name);
 
