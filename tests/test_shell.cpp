@@ -8,6 +8,9 @@
 #include "shell/frmMain.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
+#include "timetable/TimetableState.h"
+#include "timetable/TimetableRecords.h"
+#include "shell/Main.h"
 #include "support/TestSupport.h"
 
 #include <QAction>
@@ -17,7 +20,9 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTextBrowser>
+#include <QToolButton>
 #include <QtTest>
+#include <sqlite3.h>
 
 using namespace TestSupport;
 using Common::MsgResult;
@@ -41,6 +46,44 @@ void verifyState(const frmMain& w, const QString& path) {
     }
     if (!path.isEmpty())
         QCOMPARE(w.findChild<QLabel*>(QStringLiteral("sbPath"))->text(), path);
+}
+
+QByteArray readFile(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+// Runs SQL on a file with a connection of the test's own.
+void alter(const QString& file, const char* sql) {
+    sqlite3* db = nullptr;
+    sqlite3_open(file.toUtf8().constData(), &db);
+    char* err = nullptr;
+    if (sqlite3_exec(db, sql, nullptr, nullptr, &err) != SQLITE_OK)
+        qFatal("%s: %s", sql, err);
+    sqlite3_close(db);
+}
+
+// A project with a calendar and one class timetable with a lesson.
+QString schoolWithTimetable(const TestEnv& env, const QString& name) {
+    const QString file = env.newProjectWithCalendar(kWeek, kTimes, name);
+    env.open(file);
+    ModMain::DB().Execute(QStringLiteral("INSERT INTO Class (name) VALUES ('7A')"));
+    ModMain::CreateTimetable(QStringLiteral("Class"), ModMain::DB().GetInsertID(), 1);
+    ModMain::DB().DBClose();
+    return file;
+}
+
+// Nothing of a project is left on screen.
+void verifyClean(const frmMain& w) {
+    verifyState(w, QString());
+    QCOMPARE(w.g->rows(), 1);
+    QCOMPARE(w.g->cols(), 1);
+    QVERIFY(w.g->emptyText().startsWith(QStringLiteral("No project is open")));
+    for (FlexGrid* list : {w.gTutor, w.gSubject, w.gRoom, w.gClass}) {
+        QVERIFY(!list->isHidden());
+        QCOMPARE(list->rows(), 1);
+    }
+    QVERIFY(!w.findChild<QWidget*>(QStringLiteral("tbTimetables"))->isEnabled());
 }
 
 QString writeFile(const QString& path, const QByteArray& bytes) {
@@ -69,6 +112,12 @@ private Q_SLOTS:
     void help_data();
     void help();
     void helpMissingSaysSo();
+    void badFilesLeaveACleanWindow_data();
+    void badFilesLeaveACleanWindow();
+    void readOnlyProject();
+    void lockedProjectWaitsOnce();
+    void hugeSizesAndLongNames();
+    void firstRunWithProjectOnCommandLine();
 };
 
 void TestShell::startUp_data() {
@@ -334,4 +383,203 @@ void TestShell::helpMissingSaysSo() {
 }
 
 QTEST_MAIN(TestShell)
+void TestShell::badFilesLeaveACleanWindow_data() {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("reason"); // the second line of the box
+    QTest::newRow("empty file") << "empty"
+                                << "bad.VNPL is not a Vantor Planner project: it has no table";
+    QTest::newRow("another program's database")
+        << "foreign" << "bad.VNPL is not a Vantor Planner project: it has no table";
+    QTest::newRow("text") << "text"
+                          << "file is not a database";
+    QTest::newRow("truncated") << "truncated"
+                               << "bad.VNPL is damaged and cannot be used";
+    QTest::newRow("damaged page") << "damaged"
+                                  << "bad.VNPL is damaged and cannot be used";
+    QTest::newRow("table dropped") << "no table"
+                                   << "bad.VNPL is not a Vantor Planner project: it has no table slot";
+    QTest::newRow("column dropped")
+        << "no column"
+        << "bad.VNPL is not a Vantor Planner project: its table timetable has no column time12hour";
+    QTest::newRow("folder") << "folder"
+                            << "The name is a folder, not a project file";
+}
+
+void TestShell::badFilesLeaveACleanWindow() {
+    QFETCH(QString, kind);
+    QFETCH(QString, reason);
+    TestEnv env;
+    MessageRecorder boxes;
+    ErrorRecorder errors;
+    const QString good = schoolWithTimetable(env, QStringLiteral("good.VNPL"));
+    const QString bad = env.path(QStringLiteral("bad.VNPL"));
+    if (kind == QLatin1String("empty"))
+        writeFile(bad, QByteArray());
+    else if (kind == QLatin1String("foreign"))
+        alter(bad, "CREATE TABLE notes (id INTEGER PRIMARY KEY, body TEXT);"
+                   "INSERT INTO notes (body) VALUES ('shopping');");
+    else if (kind == QLatin1String("text"))
+        writeFile(bad, "Timetable ideas\n" + QByteArray(3000, '-'));
+    else if (kind == QLatin1String("folder"))
+        QVERIFY(QDir().mkpath(bad));
+    else {
+        QVERIFY(QFile::copy(good, bad));
+        if (kind == QLatin1String("no table"))
+            alter(bad, "DROP TABLE Slot;");
+        else if (kind == QLatin1String("no column"))
+            alter(bad, "ALTER TABLE Timetable DROP COLUMN Time12Hour;");
+        QByteArray bytes = readFile(bad);
+        if (kind == QLatin1String("truncated"))
+            bytes.truncate(bytes.size() * 2 / 5);
+        if (kind == QLatin1String("damaged")) {
+            // Scribble over the page that holds the timetables.
+            sqlite3* db = nullptr;
+            sqlite3_open(bad.toUtf8().constData(), &db);
+            sqlite3_stmt* st = nullptr;
+            sqlite3_prepare_v2(db, "SELECT rootpage FROM sqlite_master WHERE name = 'Timetable'",
+                               -1, &st, nullptr);
+            sqlite3_step(st);
+            const int page = sqlite3_column_int(st, 0);
+            sqlite3_finalize(st);
+            sqlite3_close(db);
+            QVERIFY(page > 1);
+            for (int i = 0; i < 4096; ++i)
+                bytes[(page - 1) * 4096 + i] = char(0x5A ^ (i * 7));
+        }
+        writeFile(bad, bytes);
+    }
+    const QByteArray before = readFile(bad);
+
+    frmMain w;
+    w.Form_Load(good);
+    QVERIFY(Timetable::current().ID != 0);
+    FileDialogRecorder dialogs;
+    dialogs.choose(bad);
+    w.command(QStringLiteral("mnuFileOpenProject"))->trigger();
+    QCOMPARE(boxes.messages().size(), 1);
+    const ShownMessage& m = boxes.messages().first();
+    QCOMPARE(m.icon, Common::MsgIcon::Critical);
+    const QStringList lines = m.text.split(QStringLiteral("\r\n"));
+    QCOMPARE(lines.value(0), QStringLiteral("Unable to open project file ") + bad + QLatin1Char('.'));
+    QVERIFY2(lines.value(1).startsWith(reason), qPrintable(lines.value(1)));
+    verifyClean(w);
+    // Closing shows nothing more, and the file is as it was.
+    w.close();
+    QCOMPARE(boxes.messages().size(), 1);
+    QVERIFY(errors.reports().isEmpty());
+    QCOMPARE(readFile(bad), before);
+}
+
+void TestShell::readOnlyProject() {
+    TestEnv env;
+    MessageRecorder boxes;
+    ErrorRecorder errors;
+    const QString file = schoolWithTimetable(env, QStringLiteral("shared.VNPL"));
+    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+    const QByteArray before = readFile(file);
+    {
+        frmMain w;
+        w.show();
+        w.Form_Load(file);
+        QCOMPARE(boxes.messages().size(), 1);
+        QVERIFY(boxes.texts().first().contains(QStringLiteral("open for reading only")));
+        QCOMPARE(w.windowTitle(), QStringLiteral("Vantor Planner - Class 7A (read only)"));
+        QVERIFY(ModMain::DB().IsReadOnly());
+        for (const char* cmd : {"mnuFileNew", "mnuFileDelete", "mnuFormatTimetable",
+                                "mnuFormatSameSizeColumns", "mnuFormatSameSizeRows", "tbNew"})
+            QVERIFY2(!w.command(QString::fromLatin1(cmd))->isEnabled(), cmd);
+        for (const char* cmd : {"mnuFileOpenProject", "mnuFileNewProject", "mnuFileExit"})
+            QVERIFY2(w.command(QString::fromLatin1(cmd))->isEnabled(), cmd);
+        // Resizing and leaving writes nothing and raises nothing.
+        w.g->setColWidthTwips(1, 3000);
+        w.LoadTimetable(Timetable::current().ID);
+        w.close();
+    }
+    QCOMPARE(boxes.messages().size(), 1);
+    QVERIFY(errors.reports().isEmpty());
+    QCOMPARE(readFile(file), before);
+}
+
+void TestShell::lockedProjectWaitsOnce() {
+    TestEnv env;
+    MessageRecorder boxes;
+    ErrorRecorder errors;
+    const QString file = schoolWithTimetable(env, QStringLiteral("busy.VNPL"));
+    frmMain w;
+    w.Form_Load(file);
+    ModMain::DB().SetBusyTimeout(50);
+    const qint32 shown = Timetable::current().ID;
+    sqlite3* other = nullptr;
+    QCOMPARE(sqlite3_open(file.toUtf8().constData(), &other), SQLITE_OK);
+    QCOMPARE(sqlite3_exec(other, "BEGIN IMMEDIATE;", nullptr, nullptr, nullptr), SQLITE_OK);
+    const QByteArray before = readFile(file);
+
+    // Looking needs no lock; a change is refused once, in words, with nothing
+    // written, and the timetable is shown all the same.
+    w.LoadTimetable(shown);
+    QVERIFY(boxes.messages().isEmpty());
+    w.g->setColWidthTwips(1, 2500);
+    w.g->setRows(1);
+    w.LoadTimetable(shown);
+    QCOMPARE(w.g->rows(), kWeek.size() + 1);
+    boxes.answer(MsgResult::Yes);
+    w.command(QStringLiteral("mnuFileDelete"))->trigger();
+    QCOMPARE(boxes.texts(), (QStringList{ProjectBusyText(file), "Delete current timetable?",
+                                         ProjectBusyText(file)}));
+    QVERIFY(errors.reports().isEmpty());
+    QCOMPARE(readFile(file), before);
+    sqlite3_exec(other, "ROLLBACK;", nullptr, nullptr, nullptr);
+    sqlite3_close(other);
+    QCOMPARE(ModMain::FirstTimetableID(), shown);
+}
+
+void TestShell::hugeSizesAndLongNames() {
+    TestEnv env;
+    MessageRecorder boxes;
+    ErrorRecorder errors;
+    const QString file = schoolWithTimetable(env, QStringLiteral("odd.VNPL"));
+    const QString longName = QString(300, QChar(0x00E9)) + QStringLiteral(" class");
+    alter(file, "UPDATE TimeTitle SET Width = 22369622 WHERE Pos = 1;"
+                "UPDATE TimeTitle SET Width = -5 WHERE Pos = 2;"
+                "UPDATE DayTitle SET Height = 2147483647 WHERE Pos = 1;"
+                "UPDATE DayTitle SET Height = 9223372036854775807 WHERE Pos = 2;");
+    alter(file, ("UPDATE DayTitle SET DOW = '" + QByteArray(30000, 'W') +
+                 "' WHERE Pos = 3; UPDATE Class SET name = '" + longName.toUtf8() + "';")
+                    .constData());
+    const QByteArray before = readFile(file);
+    frmMain w;
+    w.show();
+    w.Form_Load(file);
+    QCoreApplication::processEvents();
+    for (int c = 0; c < w.g->cols(); ++c)
+        QVERIFY(w.g->colWidthTwips(c) >= 0 && w.g->colWidthTwips(c) <= 20 * 1440);
+    for (int r = 0; r < w.g->rows(); ++r)
+        QVERIFY(w.g->rowHeightTwips(r) >= 0 && w.g->rowHeightTwips(r) <= 20 * 1440);
+    // The toolbar's list keeps a sensible width; the whole name is its tooltip.
+    auto* list = w.findChild<QToolButton*>(QStringLiteral("tbTimetables"));
+    QVERIFY(list->width() <= 300);
+    QCOMPARE(list->toolTip(), QStringLiteral("Class ") + longName);
+    QVERIFY(list->text().size() < longName.size());
+    w.close();
+    QVERIFY(boxes.messages().isEmpty());
+    QVERIFY(errors.reports().isEmpty());
+    QCOMPARE(readFile(file), before);
+}
+
+void TestShell::firstRunWithProjectOnCommandLine() {
+    TestEnv env;
+    MessageRecorder boxes;
+    FileDialogRecorder dialogs;
+    const QString file = schoolWithTimetable(env, QStringLiteral("opened.VNPL"));
+    boxes.answer(MsgResult::No); // no tutorial
+    frmMain w;
+    w.Form_Load(file);
+    ModMain::DoFirstRun(w);
+    QCOMPARE(boxes.messages().size(), 1);
+    QVERIFY(boxes.texts().first().startsWith(QStringLiteral("We've noticed")));
+    QVERIFY(dialogs.requests().isEmpty()); // no New Project over it
+    QCOMPARE(ModMain::DB().GetDBFilename(), file);
+    QVERIFY(Timetable::current().ID != 0);
+}
+
 #include "test_shell.moc"

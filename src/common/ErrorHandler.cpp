@@ -36,6 +36,14 @@ void ActionScope::MarkFailed() {
         g_actionFailed = true;
 }
 
+SideTask::SideTask() : m_outerFailed(g_actionFailed) {
+    g_actionFailed = false;
+}
+
+SideTask::~SideTask() {
+    g_actionFailed = m_outerFailed;
+}
+
 void SetErrorReportFactory(ErrorReportFactory factory) {
     reportFactory() = std::move(factory);
 }

@@ -62,6 +62,19 @@ public:
     static void MarkFailed();
 };
 
+// A side task of an action (saving sizes on the way to another timetable):
+// its failure is reported, but the action it serves goes on.
+class SideTask {
+public:
+    SideTask();
+    ~SideTask();
+    SideTask(const SideTask&) = delete;
+    SideTask& operator=(const SideTask&) = delete;
+
+private:
+    bool m_outerFailed;
+};
+
 // Thrown to leave an action that has already told the user why it stopped;
 // Guard ends the action without a second report.
 struct ActionAborted {};

@@ -192,6 +192,9 @@ void frmMain::RefreshTable() {
 }
 
 void frmMain::SaveTimetable() {
+    // The sizes are kept on the way to something else, which goes on even
+    // when they cannot be.
+    SideTask side;
     Guard("frmMain", "SaveTimetable", [&] { ModMain::SaveTimetable(*g); });
 }
 

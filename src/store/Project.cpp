@@ -135,19 +135,27 @@ QString ProjectProblem(int* number) {
                                           .arg(table.key(), column));
     }
     if (check != QLatin1String("ok"))
-        return problem(kDamaged, name + QStringLiteral(" is damaged and cannot be used (%1). The "
-                                                       "file was left as it is; open a copy "
-                                                       "from your backups.")
-                                            .arg(check.section(QLatin1Char('\n'), 0, 0)));
+        return problem(kDamaged, DamagedText(DB().GetDBFilename(),
+                                             check.section(QLatin1Char('\n'), 0, 0)));
     if (number)
         *number = 0;
     return QString();
 }
 
+QString DamagedText(const QString& path, const QString& detail) {
+    return QFileInfo(path).fileName() +
+           QStringLiteral(" is damaged and cannot be used (%1). The file was left as it is; open "
+                          "a copy from your backups.")
+               .arg(detail);
+}
+
 bool OpenProject(const QString& path) {
     lastRefusal() = Refusal();
-    if (!DB().DBOpen(path))
+    if (!DB().DBOpen(path)) {
+        if ((DB().GetErrorNumber() & 0xFF) == kDamaged)
+            lastRefusal() = {path, DamagedText(path, DB().GetErrorString()), kDamaged};
         return false;
+    }
     int number = 0;
     const QString problem = ProjectProblem(&number);
     if (problem.isEmpty())

@@ -19,6 +19,9 @@ bool OpenProject(const QString& path);
 // the next two lines, as shown when an open fails.
 QString OpenFailureText(const QString& path);
 
+// "<file> is damaged and cannot be used (<detail>). ..." for a damaged file.
+QString DamagedText(const QString& path, const QString& detail);
+
 // Why the open project is not a sound project, or empty when it is. Checks
 // the tables and columns against a new project's and runs SQLite's quick check.
 QString ProjectProblem(int* number = nullptr);

@@ -31,9 +31,13 @@ bool isBusy(int rc) {
 }
 
 // A journal is written beside the file, so its folder must take new files too.
+// A file marked read-only is read-only even to an administrator, who could
+// write it anyway: the mark is the user's wish.
 bool writable(const QString& file) {
     const QFileInfo info(file);
-    return info.isWritable() && QFileInfo(info.absolutePath()).isWritable();
+    const auto writeBits = QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+    return info.isWritable() && (info.permissions() & writeBits) &&
+           QFileInfo(info.absolutePath()).isWritable();
 }
 } // namespace
 
