@@ -51,7 +51,10 @@ void BM_CreateTutorTimetable(benchmark::State& state) {
     }
     state.SetLabel("budget 150 ms");
 }
-BENCHMARK(BM_CreateTutorTimetable)->Unit(benchmark::kMillisecond)->Repetitions(3)->ReportAggregatesOnly(true);
+BENCHMARK(BM_CreateTutorTimetable)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
 
 // A copy of class timetable 1, slots and links included, to be deleted.
 qint32 copyOfFirstClassTimetable() {
@@ -59,14 +62,15 @@ qint32 copyOfFirstClassTimetable() {
     const qint32 klass = value(QStringLiteral("SELECT ClassID FROM Timetable WHERE id = 1"));
     const qint32 id = ModMain::CreateTimetable(QStringLiteral("Class"), klass, 1);
     auto& db = ModMain::DB();
-    db.Execute(QStringLiteral("INSERT INTO Slot (TimetableID,StartTime,Duration,DOW,SpecialID,"
-                              "DayTitleID,TimeTitleID) SELECT %1, s.StartTime, s.Duration, s.DOW, "
-                              "1, nd.id, nt.id FROM Slot s, DayTitle od, TimeTitle ot, DayTitle nd, "
-                              "TimeTitle nt WHERE s.TimetableID = 1 AND od.id = s.DayTitleID AND "
-                              "ot.id = s.TimeTitleID AND nd.TimetableID = %1 AND "
-                              "nd.ProjectDayTitleID = od.ProjectDayTitleID AND nt.TimetableID = %1 "
-                              "AND nt.ProjectTimeTitleID = ot.ProjectTimeTitleID")
-                   .arg(id));
+    db.Execute(
+        QStringLiteral("INSERT INTO Slot (TimetableID,StartTime,Duration,DOW,SpecialID,"
+                       "DayTitleID,TimeTitleID) SELECT %1, s.StartTime, s.Duration, s.DOW, "
+                       "1, nd.id, nt.id FROM Slot s, DayTitle od, TimeTitle ot, DayTitle nd, "
+                       "TimeTitle nt WHERE s.TimetableID = 1 AND od.id = s.DayTitleID AND "
+                       "ot.id = s.TimeTitleID AND nd.TimetableID = %1 AND "
+                       "nd.ProjectDayTitleID = od.ProjectDayTitleID AND nt.TimetableID = %1 "
+                       "AND nt.ProjectTimeTitleID = ot.ProjectTimeTitleID")
+            .arg(id));
     for (const char* kind : {"Tutor", "Subject", "Room", "Class"})
         db.Execute(QStringLiteral("INSERT INTO %1Slot (SlotID, %1ID) SELECT s.id, 2 FROM Slot s "
                                   "WHERE s.TimetableID = %2")
@@ -85,7 +89,10 @@ void BM_DeleteClassTimetable(benchmark::State& state) {
     }
     state.SetLabel("budget 10 ms");
 }
-BENCHMARK(BM_DeleteClassTimetable)->Unit(benchmark::kMillisecond)->Repetitions(3)->ReportAggregatesOnly(true);
+BENCHMARK(BM_DeleteClassTimetable)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
 
 // Loading one timetable after another into the main window, the window's
 // layout and painting included.
@@ -109,7 +116,10 @@ void BM_LoadTimetable(benchmark::State& state) {
     ModMain::OpenProject(school().path);
     state.SetLabel("budget 16 ms");
 }
-BENCHMARK(BM_LoadTimetable)->Unit(benchmark::kMillisecond)->Repetitions(3)->ReportAggregatesOnly(true);
+BENCHMARK(BM_LoadTimetable)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
 } // namespace
 
 int main(int argc, char** argv) {

@@ -4,14 +4,14 @@
 #include "common/ErrorHandler.h"
 #include "common/FlexGrid.h"
 #include "common/Settings.h"
+#include "shell/Main.h"
 #include "shell/frmHelp.h"
 #include "shell/frmMain.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
-#include "timetable/TimetableState.h"
-#include "timetable/TimetableRecords.h"
-#include "shell/Main.h"
 #include "support/TestSupport.h"
+#include "timetable/TimetableRecords.h"
+#include "timetable/TimetableState.h"
 
 #include <QAction>
 #include <QFile>
@@ -389,15 +389,17 @@ void TestShell::badFilesLeaveACleanWindow_data() {
     QTest::newRow("empty file") << "empty"
                                 << "bad.VNPL is not a Vantor Planner project: it has no table";
     QTest::newRow("another program's database")
-        << "foreign" << "bad.VNPL is not a Vantor Planner project: it has no table";
+        << "foreign"
+        << "bad.VNPL is not a Vantor Planner project: it has no table";
     QTest::newRow("text") << "text"
                           << "file is not a database";
     QTest::newRow("truncated") << "truncated"
                                << "bad.VNPL is damaged and cannot be used";
     QTest::newRow("damaged page") << "damaged"
                                   << "bad.VNPL is damaged and cannot be used";
-    QTest::newRow("table dropped") << "no table"
-                                   << "bad.VNPL is not a Vantor Planner project: it has no table slot";
+    QTest::newRow("table dropped")
+        << "no table"
+        << "bad.VNPL is not a Vantor Planner project: it has no table slot";
     QTest::newRow("column dropped")
         << "no column"
         << "bad.VNPL is not a Vantor Planner project: its table timetable has no column time12hour";
@@ -460,7 +462,8 @@ void TestShell::badFilesLeaveACleanWindow() {
     const ShownMessage& m = boxes.messages().first();
     QCOMPARE(m.icon, Common::MsgIcon::Critical);
     const QStringList lines = m.text.split(QStringLiteral("\r\n"));
-    QCOMPARE(lines.value(0), QStringLiteral("Unable to open project file ") + bad + QLatin1Char('.'));
+    QCOMPARE(lines.value(0),
+             QStringLiteral("Unable to open project file ") + bad + QLatin1Char('.'));
     QVERIFY2(lines.value(1).startsWith(reason), qPrintable(lines.value(1)));
     verifyClean(w);
     // Closing shows nothing more, and the file is as it was.

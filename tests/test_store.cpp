@@ -108,10 +108,10 @@ void TestStore::actionSurvivesKill() {
         QCOMPARE(crashTool({action, copy, QString::number(n)}), QStringLiteral("killed"));
         QCOMPARE(integrity(copy), QStringLiteral("ok"));
         const QString found = dump(copy);
-        QVERIFY2(found == before || found == after,
-                 qPrintable(QStringLiteral("half an action after statement %1 of %2")
-                                .arg(n)
-                                .arg(statements)));
+        QVERIFY2(
+            found == before || found == after,
+            qPrintable(
+                QStringLiteral("half an action after statement %1 of %2").arg(n).arg(statements)));
         // Only a kill after the commit may keep the action.
         QCOMPARE(found == after, n == statements);
     }
@@ -171,9 +171,8 @@ void TestStore::lockedProjectRefused() {
     QCOMPARE(sqlite3_exec(other, "BEGIN IMMEDIATE;", nullptr, nullptr, nullptr), SQLITE_OK);
     const QByteArray old = bytes(file);
     Guard("test", "delete", [&] { ModMain::DeleteTimetable(first); });
-    Guard("test", "create", [&] {
-        QCOMPARE(ModMain::CreateTimetable(QStringLiteral("Room"), 2, 1), 0);
-    });
+    Guard("test", "create",
+          [&] { QCOMPARE(ModMain::CreateTimetable(QStringLiteral("Room"), 2, 1), 0); });
     QCOMPARE(boxes.texts(), QStringList(2, ProjectBusyText(file)));
     QVERIFY(errors.reports().isEmpty());
     QCOMPARE(bytes(file), old);
@@ -411,6 +410,8 @@ void TestStore::timeText_data() {
     QTest::newRow("stored, trailing blank") << "08:00:00 " << QTime(8, 0);
     QTest::newRow("pm spaced") << "3:30 PM" << QTime(15, 30);
     QTest::newRow("midnight") << "12:00am" << QTime(0, 0);
+    QTest::newRow("noon") << "12:00pm" << QTime(12, 0);
+    QTest::newRow("just before one") << "12:55pm" << QTime(12, 55);
     QTest::newRow("not a time") << "lunch" << QTime();
     QTest::newRow("13 pm") << "13:00pm" << QTime();
 }
@@ -421,6 +422,10 @@ void TestStore::timeText() {
     QCOMPARE(TimeText::Parse(text), time);
     if (time.isValid())
         QCOMPARE(TimeText::Parse(TimeText::ToText(time)), time);
+    // The program's own 12-hour form reads back as written: 12:xx is pm.
+    if (time.isValid() &&
+        QRegularExpression(QStringLiteral("^\\d+:\\d\\d[ap]m$")).match(text).hasMatch())
+        QCOMPARE(TimeText::To12Hour(time), text);
 }
 
 void TestStore::resourceAndSlotRecords() {

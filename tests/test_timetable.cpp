@@ -14,14 +14,14 @@
 #include "wizards/WizardState.h"
 
 #include <QAction>
-#include <QFile>
 #include <QComboBox>
 #include <QDialog>
+#include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
-#include <QToolButton>
 #include <QRandomGenerator>
+#include <QToolButton>
 #include <QtTest>
 
 using namespace TestSupport;
@@ -290,6 +290,24 @@ void TestTimetable::wizardCancelWritesNothing() {
     QCOMPARE(value("SELECT COUNT(*) FROM Class WHERE name = '8C'"), screensBefore >= 2 ? "1" : "0");
     QCOMPARE(Timetable::current().ID, 0);
     QVERIFY(p.messages.messages().isEmpty());
+    // The same command in the same window starts afresh and goes through; a
+    // blank name is no name.
+    const Step blankThenName = [](QDialog* d) {
+        auto* cbo = control<QComboBox>(d, "cboWho");
+        cbo->setCurrentIndex(cbo->findText(QStringLiteral("Create new...")));
+        control<QLineEdit>(d, "txtWho")->setText(QStringLiteral("   "));
+        clickButton(d, "cmdNext");
+        QVERIFY(d->isVisible());
+        createNew(QStringLiteral("  9D  "))(d);
+    };
+    QCOMPARE(wizard({press("cmdNext"), blankThenName, press("cmdNext"), press("cmdNext")}).run([&] {
+        w.command(QStringLiteral("mnuFileNew"))->trigger();
+    }),
+             QString());
+    QCOMPARE(p.messages.texts(),
+             QStringList{"You have not entered a name. Please enter a name to continue."});
+    QCOMPARE(value("SELECT COUNT(*) FROM Timetable"), "1");
+    QCOMPARE(value("SELECT name FROM Class WHERE id = (SELECT ClassID FROM Timetable)"), "9D");
 }
 
 void TestTimetable::gridInBothOrientations_data() {
@@ -321,6 +339,22 @@ void TestTimetable::gridInBothOrientations() {
         QCOMPARE(driver.run([&] { w.command(QStringLiteral("mnuFormatTimetable"))->trigger(); }),
                  QString());
         QCOMPARE(value("SELECT TimeOnTop || Time12Hour FROM Timetable"), "FalseTrue");
+        // Opened again it shows what is stored, so OK without a change changes nothing.
+        ModMain::DB().DBClose();
+        const QString stored = dump(p.file);
+        QVERIFY(p.env.open(p.file));
+        driver = ModalDriver();
+        driver.expect(QStringLiteral("frmFormatTimeTable"), [](QDialog* d) {
+            QCOMPARE(control<QComboBox>(d, "cboAxis")->currentIndex(), 1);
+            QCOMPARE(control<QComboBox>(d, "cboTimeFormat")->currentIndex(), 0);
+            clickButton(d, "cmdOk");
+        });
+        QCOMPARE(driver.run([&] { w.command(QStringLiteral("mnuFormatTimetable"))->trigger(); }),
+                 QString());
+        ModMain::DB().DBClose();
+        QCOMPARE(dump(p.file), stored);
+        QVERIFY(p.env.open(p.file));
+        w.LoadTimetable(tt);
     }
 
     // Every slot stays in its day and period whichever way round the grid is.
@@ -444,7 +478,8 @@ void TestTimetable::batchedLoadEqualsCellByCell() {
         tutors << ModMain::CreateTutorRecord(name, i == 3 ? QString() : name.left(2), "", "");
         subjects << ModMain::CreateSubjectRecord(name, 1);
         rooms << ModMain::CreateRoomRecord(name, 20);
-        classes << value("INSERT INTO Class (name) VALUES ('%1')", Common::SQLReplace(name)).toInt();
+        classes
+            << value("INSERT INTO Class (name) VALUES ('%1')", Common::SQLReplace(name)).toInt();
         classes.last() = ModMain::DB().GetInsertID();
     }
     value("UPDATE Tutor SET DisplayName = NULL WHERE id = %1", tutors[4]);
@@ -522,8 +557,10 @@ void TestTimetable::batchedLoadEqualsCellByCell() {
             for (int c = 0; c < batched.cols(); ++c) {
                 if (r > 0 && c > 0 && cellByCell.textMatrix(r, c) == QLatin1String("?"))
                     continue; // no slot: neither way paints the cell
-                const QString where = QStringLiteral("timetable %1 cell %2,%3").arg(tt.ID).arg(r).arg(c);
-                QVERIFY2(batched.textMatrix(r, c) == cellByCell.textMatrix(r, c), qPrintable(where));
+                const QString where =
+                    QStringLiteral("timetable %1 cell %2,%3").arg(tt.ID).arg(r).arg(c);
+                QVERIFY2(batched.textMatrix(r, c) == cellByCell.textMatrix(r, c),
+                         qPrintable(where));
                 QVERIFY2(batched.cellBackColor(r, c) == cellByCell.cellBackColor(r, c),
                          qPrintable(where));
                 QVERIFY2(batched.cellData(r, c) == cellByCell.cellData(r, c), qPrintable(where));
@@ -541,7 +578,8 @@ void TestTimetable::fastCrossReferenceWritesTheSameRows() {
     for (int i = 0; i < 8; ++i)
         rooms << ModMain::CreateRoomRecord(QStringLiteral("R%1").arg(i), 20);
     for (int i = 0; i < 4; ++i)
-        timetables << makeTimetable("Room", rooms[i]) << classTimetable(QStringLiteral("C%1").arg(i));
+        timetables << makeTimetable("Room", rooms[i])
+                   << classTimetable(QStringLiteral("C%1").arg(i));
     for (qint32 tt : timetables)
         for (int day = 1; day <= 2; ++day)
             for (int period = 1; period <= 4; ++period)

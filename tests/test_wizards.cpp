@@ -1,11 +1,13 @@
 // The project wizard driven through its screens, and the first-run prompt.
 
+#include "common/FlexGrid.h"
 #include "shell/Main.h"
 #include "shell/frmHelp.h"
 #include "shell/frmMain.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
 #include "support/TestSupport.h"
+#include "timetable/TimetableRecords.h"
 #include "wizards/WizardState.h"
 
 #include <QtTest>
@@ -79,6 +81,9 @@ private Q_SLOTS:
     void cancelEndsWizard();
     void firstRunPrompt_data();
     void firstRunPrompt();
+    void cancelledProjectOffersItsCalendar();
+    void openProjectCannotBeReplaced();
+    void blankProjectMissing();
 };
 
 void TestWizards::newProject_data() {
@@ -94,6 +99,8 @@ void TestWizards::newProject_data() {
         << "4|4|09:00:00 |15:00:00 |120|120" << false << QStringList();
     QTest::newRow("8am-3pm @120 drops the tail") << "8.00am to 3.00pm" << "120 minutes"
         << "3|3|08:00:00 |12:00:00 |120|120" << false << QStringList();
+    QTest::newRow("first saved set of times") << "Secondary: six 50-minute periods from 8:50am"
+        << "60 minutes" << "6|6|08:50:00 |13:00:00 |50|50" << false << QStringList();
     QTest::newRow("saved times, own lengths") << "Primary: five 75-minute sessions from 8:45am"
         << "120 minutes" << "5|5|08:45:00 |13:45:00 |75|75" << false << QStringList();
     // The start times keep their trailing blank.
@@ -333,6 +340,93 @@ void TestWizards::firstRunPrompt() {
     // Later starts ask nothing.
     ModMain::DoFirstRun(run.w);
     QCOMPARE(run.boxes.messages().size(), 1);
+}
+
+void TestWizards::cancelledProjectOffersItsCalendar() {
+    Run run;
+    // An old project with a timetable on screen.
+    const QString old = run.env.newProjectWithCalendar({"Monday"}, {"9:00", "10:00"}, "old.VNPL");
+    QVERIFY(run.env.open(old));
+    ModMain::DB().Execute("INSERT INTO Class (name) VALUES ('7A')");
+    ModMain::CreateTimetable("Class", ModMain::DB().GetInsertID(), 1);
+    run.w.ProjectOpened();
+    QVERIFY(run.w.g->rows() > 1);
+    const QString fresh = run.env.path("fresh.VNPL");
+    run.files.choose(fresh);
+    run.expect("Welcome", next);
+    run.expect("DOW", press("cmdCancel"));
+    QCOMPARE(run.go(), QString());
+
+    // Nothing of the old project is left; the new one says what it lacks.
+    QCOMPARE(ModMain::DB().GetDBFilename(), fresh);
+    QCOMPARE(run.w.g->rows(), 1);
+    QCOMPARE(run.w.windowTitle(), "Vantor Planner");
+    QVERIFY(run.w.g->emptyText().contains("no days or periods"));
+    QAction* setUp = run.w.command("mnuFileSetUpCalendar");
+    QVERIFY(setUp->isEnabled());
+
+    // A new timetable is refused until the days and periods are there; Yes
+    // offers the same screens as the wizard.
+    run.boxes.answer(MsgResult::Yes);
+    run.expect("DOW", [](QDialog* d) {
+        pick(d, "lstDOW", "Monday to Friday");
+        next(d);
+    });
+    run.expect("Hours", [](QDialog* d) {
+        pick(d, "lstHours", "8.00am to 4.00pm");
+        next(d);
+    });
+    run.expect("Complete", next);
+    QCOMPARE(run.driver.run([&run] { run.w.command("mnuFileNew")->trigger(); }), QString());
+    QCOMPARE(run.boxes.texts(),
+             (QStringList{"This project has no days or periods yet, so a timetable cannot be "
+                          "created. Would you like to set them up now?",
+                          "Vantor Planner is now ready to create your timetables. Would you like "
+                          "to create a timetable now?"}));
+    QCOMPARE(rows("SELECT COUNT(*) FROM ProjectDayTitle"), "5");
+    QCOMPARE(rows("SELECT COUNT(*) FROM ProjectTimeTitle"), "8");
+    QVERIFY(!setUp->isEnabled());
+    QVERIFY(run.w.g->emptyText().startsWith("No timetable is shown"));
+}
+
+void TestWizards::openProjectCannotBeReplaced() {
+    Run run;
+    const QString old = run.env.newProjectWithCalendar({"Monday"}, {"9:00", "10:00"}, "old.VNPL");
+    QVERIFY(run.env.open(old));
+    run.w.ProjectOpened();
+    QFile f(old);
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    const QByteArray before = f.readAll();
+    f.close();
+    run.files.choose(old);
+    run.files.cancel(); // asked again, the user gives up
+    run.expect("Welcome", next);
+    QCOMPARE(run.go(), QString());
+    QCOMPARE(run.boxes.texts(), QStringList{old + " is the project that is open now, so it cannot "
+                                                  "be replaced by a new one. Please choose "
+                                                  "another name."});
+    QCOMPARE(run.files.requests().size(), 2);
+    QCOMPARE(ModMain::DB().GetDBFilename(), old);
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    QCOMPARE(f.readAll(), before);
+}
+
+void TestWizards::blankProjectMissing() {
+    Run run;
+    QTemporaryDir emptyAppDir;
+    qputenv("VANTOR_APP_DIR", emptyAppDir.path().toLocal8Bit());
+    run.files.choose(run.env.path("new.VNPL"));
+    run.expect("Welcome", next);
+    const QString result = run.go();
+    qputenv("VANTOR_APP_DIR", VANTOR_TEST_APP_DIR);
+    QCOMPARE(result, QString());
+    QCOMPARE(run.boxes.texts(),
+             QStringList{"Unable to create project file. Detailed error message is The blank "
+                         "project " +
+                         emptyAppDir.path() + "/blank.db is missing."});
+    QCOMPARE(run.boxes.messages().first().icon, Common::MsgIcon::Critical);
+    QVERIFY(!QFileInfo::exists(run.env.path("new.VNPL")));
+    QCOMPARE(run.statusPath(), "No project open");
 }
 
 QTEST_MAIN(TestWizards)

@@ -135,8 +135,8 @@ QString ProjectProblem(int* number) {
                                           .arg(table.key(), column));
     }
     if (check != QLatin1String("ok"))
-        return problem(kDamaged, DamagedText(DB().GetDBFilename(),
-                                             check.section(QLatin1Char('\n'), 0, 0)));
+        return problem(kDamaged,
+                       DamagedText(DB().GetDBFilename(), check.section(QLatin1Char('\n'), 0, 0)));
     if (number)
         *number = 0;
     return QString();

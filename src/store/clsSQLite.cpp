@@ -35,7 +35,8 @@ bool isBusy(int rc) {
 // write it anyway: the mark is the user's wish.
 bool writable(const QString& file) {
     const QFileInfo info(file);
-    const auto writeBits = QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+    const auto writeBits =
+        QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
     return info.isWritable() && (info.permissions() & writeBits) &&
            QFileInfo(info.absolutePath()).isWritable();
 }

@@ -68,7 +68,8 @@ QString TestEnv::newProjectWithCalendar(const QStringList& days, const QStringLi
 
 QString dump(const QString& file) {
     sqlite3* db = nullptr;
-    if (sqlite3_open_v2(file.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) {
+    if (sqlite3_open_v2(file.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) !=
+        SQLITE_OK) {
         sqlite3_close(db);
         return QStringLiteral("cannot open");
     }

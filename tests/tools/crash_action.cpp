@@ -46,8 +46,8 @@ void prepare() {
     for (int i = 0; i < 4; ++i)
         rooms << CreateRoomRecord(QStringLiteral("Room %1").arg(i + 1), 30);
     const qint32 maths = CreateSubjectRecord(QStringLiteral("Maths"), 1);
-    const qint32 tutor = CreateTutorRecord(QStringLiteral("Ms O'Hara"), QStringLiteral("OH"),
-                                           QString(), QString());
+    const qint32 tutor =
+        CreateTutorRecord(QStringLiteral("Ms O'Hara"), QStringLiteral("OH"), QString(), QString());
     CreateTutorRecord(QStringLiteral("Mr Brown"), QStringLiteral("BR"), QString(), QString());
     DB().Execute(QStringLiteral("INSERT INTO Class (name) VALUES ('7A')"));
     const qint32 klass = DB().GetInsertID();
@@ -55,11 +55,12 @@ void prepare() {
     CreateTimetable(QStringLiteral("Class"), klass, 2);
     for (int day = 1; day <= kDays.size(); ++day)
         for (int period = 1; period < hours().size(); ++period) {
-            const qint32 slot =
-                DoCreateGetSlot(room, idOf(QStringLiteral("SELECT id FROM ProjectTimeTitle WHERE "
-                                                          "Pos = %1").arg(period)),
-                                idOf(QStringLiteral("SELECT id FROM ProjectDayTitle WHERE Pos = %1")
-                                         .arg(day)));
+            const qint32 slot = DoCreateGetSlot(
+                room,
+                idOf(QStringLiteral("SELECT id FROM ProjectTimeTitle WHERE "
+                                    "Pos = %1")
+                         .arg(period)),
+                idOf(QStringLiteral("SELECT id FROM ProjectDayTitle WHERE Pos = %1").arg(day)));
             for (qint32 r : rooms)
                 CreateRoomSlotRecord(slot, r);
             CreateSubjectSlotRecord(slot, maths);
