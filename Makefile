@@ -6,17 +6,27 @@ WERROR     ?= OFF
 SANITIZE   ?= OFF
 JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 
-# Debian 12 packages the build, the tests and the benchmarks need.
+# Debian 12 packages the build, the tests and the benchmarks need; CI's
+# formatting check needs clang-format too.
 PACKAGES = cmake make g++ pkgconf qt6-base-dev qt6-base-dev-tools libgl-dev \
            libsqlite3-dev libbenchmark-dev
+CHECK_PACKAGES = clang-format
+SOURCES = $(shell git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' \
+            'tools/*.cpp' 'bench/*.cpp' 'bench/*.h' 2>/dev/null)
 
-.PHONY: all deps configure build run test bench format clean
+.PHONY: all deps check-deps install-packages configure build run test bench format format-check clean
 
 all: build
 
 deps:
+	@$(MAKE) --no-print-directory install-packages WANTED="$(PACKAGES)"
+
+check-deps:
+	@$(MAKE) --no-print-directory install-packages WANTED="$(CHECK_PACKAGES)"
+
+install-packages:
 	@missing=""; \
-	for p in $(PACKAGES); do \
+	for p in $(WANTED); do \
 	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "install ok installed" || missing="$$missing $$p"; \
 	done; \
 	if [ -n "$$missing" ]; then \
@@ -49,8 +59,11 @@ test: build
 bench: build
 	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done
 
-format:
-	find src tests tools bench -name '*.cpp' -o -name '*.h' | xargs clang-format -i
+format: check-deps
+	clang-format -i $(SOURCES)
+
+format-check: check-deps
+	clang-format --dry-run --Werror $(SOURCES)
 
 clean:
 	rm -rf $(BUILD)
