@@ -1,6 +1,7 @@
 #include "store/Project.h"
 
 #include "common/Settings.h"
+#include "common/VbError.h"
 #include "store/ModMain.h"
 
 #include <QFile>
@@ -176,7 +177,7 @@ QString OpenFailureText(const QString& path) {
         const QFileInfo info(path);
         description = info.isDir() ? QStringLiteral("The name is a folder, not a project file")
                                    : QStringLiteral("File not found");
-        number = 53;
+        number = VbErr::FileNotFound;
     }
     return QStringLiteral("Unable to open project file ") + path + QStringLiteral(".\r\n") +
            description + QStringLiteral("\r\n") + QString::number(number);

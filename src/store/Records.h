@@ -7,6 +7,15 @@
 
 namespace ModMain {
 
+// What a slot or a heading is: every new one is an ordinary period; the
+// period commands mark the others.
+namespace SpecialID {
+constexpr qint32 Ordinary = 1;
+constexpr qint32 Unavailable = 2;
+constexpr qint32 Lunch = 3;
+constexpr qint32 Break = 4;
+} // namespace SpecialID
+
 qint32 CreateTutorRecord(const QString& name, const QString& displayName, const QString& image,
                          const QString& notes);
 qint32 CreateSubjectRecord(const QString& name, qint32 length);

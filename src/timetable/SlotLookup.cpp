@@ -73,8 +73,8 @@ qint32 CreateSlotAt(qint32 TimetableID, qint32 DayTitleID, qint32 TimeTitleID) {
                       QStringLiteral("Error DoCurrentTimetableCreateGetSlot can't find DayTitle %1")
                           .arg(DayTitleID));
     return CreateSlotRecord(TimetableID, TimeText::Parse(time.Field("StartTime").toString()),
-                            time.Field("Duration").toInt(), day.Field("DOW").toString(), 1,
-                            DayTitleID, TimeTitleID);
+                            time.Field("Duration").toInt(), day.Field("DOW").toString(),
+                            SpecialID::Ordinary, DayTitleID, TimeTitleID);
 }
 
 } // namespace ModMain

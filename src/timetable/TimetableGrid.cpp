@@ -2,6 +2,7 @@
 
 #include "common/FlexGrid.h"
 #include "store/ModMain.h"
+#include "store/Records.h"
 #include "store/TimeText.h"
 #include "timetable/SlotLookup.h"
 #include "timetable/TimetableState.h"
@@ -168,10 +169,10 @@ void RefreshTable(FlexGrid& g) {
          !times.eof(); times.MoveNext()) {
         QString heading;
         const int special = times.Field("SpecialID").toInt();
-        if (special == 1)
+        if (special == SpecialID::Ordinary)
             heading = FormatTimeTitle(TimeText::Parse(times.Field("StartTime").toString()),
                                       times.Field("Duration").toInt());
-        else if (special == 3)
+        else if (special == SpecialID::Lunch)
             heading = QStringLiteral("Lunch");
         addLine(g, onTop, times.Field("id").toInt(), heading, times.Field("Height").toInt(),
                 times.Field("Width").toInt());
@@ -223,7 +224,7 @@ void paintCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeTit
         return;
     Grid.setRowCol(r, c);
     Grid.setCellData(r, c, SlotID);
-    if (SpecialID == 1) {
+    if (SpecialID == SpecialID::Ordinary) {
         Grid.setTextMatrix(r, c, text());
         Grid.setCellBackColor(r, c, kOrdinary);
     } else {

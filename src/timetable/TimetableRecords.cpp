@@ -47,7 +47,7 @@ void copyPeriods(qint32 timetableID) {
                          .arg(timetableID)
                          .arg(quoted(rs.Field("StartTime").toString()),
                               quoted(rs.Field("Duration").toString()))
-                         .arg(1)
+                         .arg(SpecialID::Ordinary)
                          .arg(rs.Field("Pos").toInt()));
     }
 }
@@ -62,7 +62,7 @@ void copyDays(qint32 timetableID) {
                          .arg(rs.Field("ID").toInt())
                          .arg(timetableID)
                          .arg(quoted(rs.Field("DOW").toString()))
-                         .arg(1)
+                         .arg(SpecialID::Ordinary)
                          .arg(rs.Field("Pos").toInt()));
     }
 }
@@ -235,7 +235,7 @@ void CrossReferenceNewTimetableFast(qint32 TimetableID, const QString& Type, qin
                 QString::number(day.projectID) + QLatin1Char(';'));
             for (; !rooms.eof(); rooms.MoveNext()) {
                 const qint32 slot = CreateSlotRecord(TimetableID, time.start, time.duration,
-                                                     day.day, 1, day.id, time.id);
+                                                     day.day, SpecialID::Ordinary, day.id, time.id);
                 const qint32 room = rooms.Field("ID").toInt();
                 if (!dangling.contains({slot, room}))
                     CreateRoomSlotRecord(slot, room, false);
