@@ -67,6 +67,17 @@ void copyDays(qint32 timetableID) {
     }
 }
 
+// Every room booking anywhere in the project at a project period and day.
+clsSQLiteRecordset roomBookingsAt(qint32 projectTimeTitleID, qint32 projectDayTitleID) {
+    return DB().Execute(
+        QStringLiteral("SELECT Room.ID AS ID FROM Room, RoomSlot, Slot, TimeTitle, DayTitle WHERE "
+                       "Room.ID = RoomSlot.RoomID AND RoomSlot.SlotID = Slot.ID AND "
+                       "Slot.TimeTitleID = TimeTitle.ID AND Slot.DayTitleID = DayTitle.ID AND "
+                       "TimeTitle.ProjectTimeTitleID = ") +
+        QString::number(projectTimeTitleID) + QStringLiteral(" AND DayTitle.ProjectDayTitleID = ") +
+        QString::number(projectDayTitleID) + QLatin1Char(';'));
+}
+
 // The display name from the owner names a timetable row joins to.
 QString nameFor(const QString& type, const QString& tutor, const QString& subject,
                 const QString& room, const QString& klass) {
@@ -158,15 +169,7 @@ void DoCrossReferenceNewTimetable(qint32 TimetableID, const QString& Type, qint3
         return;
     for (const Title& time : times) {
         for (const Title& day : days) {
-            auto rooms = DB().Execute(
-                QStringLiteral("SELECT Room.ID AS ID FROM Room, RoomSlot, Slot, TimeTitle, "
-                               "DayTitle WHERE Room.ID = RoomSlot.RoomID AND RoomSlot.SlotID = "
-                               "Slot.ID AND Slot.TimeTitleID = TimeTitle.ID AND "
-                               "Slot.DayTitleID = DayTitle.ID AND TimeTitle.ProjectTimeTitleID "
-                               "= ") +
-                QString::number(time.projectID) +
-                QStringLiteral(" AND DayTitle.ProjectDayTitleID = ") +
-                QString::number(day.projectID) + QLatin1Char(';'));
+            auto rooms = roomBookingsAt(time.projectID, day.projectID);
             for (; !rooms.eof(); rooms.MoveNext())
                 CreateRoomSlotRecord(CreateSlotAt(TimetableID, day.id, time.id),
                                      rooms.Field("ID").toInt());
@@ -224,15 +227,7 @@ void CrossReferenceNewTimetableFast(qint32 TimetableID, const QString& Type, qin
         dangling.insert({rs.Field("SlotID").toInt(), rs.Field("RoomID").toInt()});
     for (const Heading& time : times) {
         for (const Heading& day : days) {
-            auto rooms = DB().Execute(
-                QStringLiteral("SELECT Room.ID AS ID FROM Room, RoomSlot, Slot, TimeTitle, "
-                               "DayTitle WHERE Room.ID = RoomSlot.RoomID AND RoomSlot.SlotID = "
-                               "Slot.ID AND Slot.TimeTitleID = TimeTitle.ID AND "
-                               "Slot.DayTitleID = DayTitle.ID AND TimeTitle.ProjectTimeTitleID "
-                               "= ") +
-                QString::number(time.projectID) +
-                QStringLiteral(" AND DayTitle.ProjectDayTitleID = ") +
-                QString::number(day.projectID) + QLatin1Char(';'));
+            auto rooms = roomBookingsAt(time.projectID, day.projectID);
             for (; !rooms.eof(); rooms.MoveNext()) {
                 const qint32 slot = CreateSlotRecord(TimetableID, time.start, time.duration,
                                                      day.day, SpecialID::Ordinary, day.id, time.id);
