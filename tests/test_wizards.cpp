@@ -369,6 +369,7 @@ void TestWizards::cancelledProjectOffersItsCalendar() {
     // offers the same screens as the wizard.
     run.boxes.answer(MsgResult::Yes);
     run.expect("DOW", [](QDialog* d) {
+        QVERIFY(!child<QPushButton>(d, "cmdBack")->isEnabled()); // no file to go back to
         pick(d, "lstDOW", "Monday to Friday");
         next(d);
     });

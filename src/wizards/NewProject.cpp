@@ -171,6 +171,7 @@ bool DoSetUpCalendar(ProjectHost& host) {
         Wizard::ClearProjectWizard();
         Wizard::State& s = Wizard::state();
         s.WizardFileName = DB().GetDBFilename();
+        s.WizardCalendarOnly = true;
         s.WizardScreen = ProjectScreen::Days;
         if (!runScreens(host, ProjectScreen::Days))
             return false;

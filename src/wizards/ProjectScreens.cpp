@@ -148,6 +148,7 @@ frmScr_Project_DOW::frmScr_Project_DOW(QWidget* parent)
 
     Common::GetListBoxItemData_List(*lstDOW, Wizard::DayTemplateList());
     selectRow(lstDOW, Wizard::state().WizardDOWIndex);
+    cmdBack->setEnabled(!Wizard::state().WizardCalendarOnly);
     needSelection(lstDOW, cmdNext);
     connect(cmdCustom, &QPushButton::clicked, this, [this] {
         openCustom<frmScr_Project_CustomDOW>(this);

@@ -22,6 +22,7 @@ void ClearProjectWizard() {
     s.WizardHoursIndex = 0;
     s.WizardHourIncIndex = 0;
     s.WizardFileName.clear();
+    s.WizardCalendarOnly = false;
 }
 
 } // namespace Wizard

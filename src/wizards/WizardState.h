@@ -52,6 +52,9 @@ struct State {
     qint16 WizardHoursIndex = 0;
     qint16 WizardHourIncIndex = 0;
     QString WizardFileName;
+    // Only the days and periods of the open project are set up: there is no
+    // file to choose before the days screen.
+    bool WizardCalendarOnly = false;
     // Whether New Project opens on its welcome screen; kept for the run.
     bool WizardProjectWelcome = true;
 };
