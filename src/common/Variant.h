@@ -6,6 +6,7 @@
 #include <QString>
 #include <QVariant>
 #include <QVector>
+#include <cmath>
 
 class Variant {
 public:
@@ -49,8 +50,10 @@ inline qint64 Variant::toLongLong(bool* ok) const {
     const QString t = m_text.trimmed();
     qint64 v = t.toLongLong(&good);
     if (!good) {
-        // Values such as "12.0" or "1e3" still read as whole numbers.
+        // Values such as "12.0" or "1e3" still read as whole numbers; what no
+        // whole number holds (infinity, NaN, 1e300) reads as no number.
         const double d = t.toDouble(&good);
+        good = good && std::isfinite(d) && std::fabs(d) < 9.0e18;
         v = good ? static_cast<qint64>(d < 0 ? d - 0.5 : d + 0.5) : 0;
     }
     if (ok)

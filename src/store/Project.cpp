@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QRegularExpression>
 #include <QSet>
 #include <sqlite3.h>
 
@@ -80,6 +81,33 @@ const Schema& projectSchema() {
     return schema;
 }
 
+// A text order (collation) the schema names that SQLite does not have built
+// in; every statement touching it would fail.
+QString unknownCollation(sqlite3* db) {
+    static const QRegularExpression collate(QStringLiteral(R"(\bCOLLATE\s+"?(\w+))"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    sqlite3_stmt* st = nullptr;
+    QString unknown;
+    if (sqlite3_prepare_v2(db, "SELECT sql FROM sqlite_master WHERE sql IS NOT NULL;", -1, &st,
+                           nullptr) != SQLITE_OK)
+        return unknown;
+    while (unknown.isEmpty() && sqlite3_step(st) == SQLITE_ROW) {
+        const QString sql =
+            QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
+        for (auto it = collate.globalMatch(sql); it.hasNext();) {
+            const QString name = it.next().captured(1);
+            if (name.compare(QLatin1String("BINARY"), Qt::CaseInsensitive) != 0 &&
+                name.compare(QLatin1String("NOCASE"), Qt::CaseInsensitive) != 0 &&
+                name.compare(QLatin1String("RTRIM"), Qt::CaseInsensitive) != 0) {
+                unknown = name;
+                break;
+            }
+        }
+    }
+    sqlite3_finalize(st);
+    return unknown;
+}
+
 // The first line of SQLite's quick check: "ok" for a sound file.
 QString quickCheck(sqlite3* db) {
     sqlite3_stmt* check = nullptr;
@@ -120,6 +148,7 @@ QString ProjectProblem(int* number) {
         return problem(kNotAProject, name + QStringLiteral(" cannot be read."));
     }
     const Schema found = readSchema(db);
+    const QString order = unknownCollation(db);
     // A damaged page would otherwise surface as an error in every later statement.
     const QString check = quickCheck(db);
     sqlite3_close(db);
@@ -135,6 +164,11 @@ QString ProjectProblem(int* number) {
                                                      "table %1 has no column %2.")
                                           .arg(table.key(), column));
     }
+    if (!order.isEmpty())
+        return problem(kNotAProject,
+                       name + QStringLiteral(" is not a Vantor Planner project: it sorts text by "
+                                             "\"%1\", an order this program does not know.")
+                                  .arg(order));
     if (check != QLatin1String("ok"))
         return problem(kDamaged,
                        DamagedText(DB().GetDBFilename(), check.section(QLatin1Char('\n'), 0, 0)));

@@ -10,7 +10,8 @@
 // closing are the actions; each may show at most one message box. Looking at
 // a file must leave it byte for byte as it was. Before each file a marker
 // line "== <path>" goes to stderr, and "== end" after the last, so the caller
-// can tell whose file any diagnostic on stderr belongs to.
+// can tell whose file any diagnostic on stderr belongs to; each box's text
+// goes there too.
 //
 // Exit code 0 when every file was OK, 1 when one was not, 2 on misuse.
 
@@ -62,19 +63,28 @@ DiskState diskState(const QString& path) {
 QString describeChange(const DiskState& before, const DiskState& after) {
     if (before.exists != after.exists || before.isDir != after.isDir)
         return QStringLiteral("the file was created, removed or replaced");
+    QStringList changes;
+    if (before.bytes.has_value() != after.bytes.has_value()) {
+        changes << QStringLiteral("the file's readability changed");
+    } else if (before.bytes != after.bytes) {
+        const QByteArray& a = *before.bytes;
+        const QByteArray& b = *after.bytes;
+        qsizetype first = 0;
+        while (first < a.size() && first < b.size() && a.at(first) == b.at(first))
+            ++first;
+        changes << QStringLiteral("the file was rewritten (size %1 -> %2, first difference at "
+                                  "byte %3)")
+                       .arg(a.size())
+                       .arg(b.size())
+                       .arg(first);
+    }
+    const auto names = [](const QStringList& l) {
+        return l.isEmpty() ? QStringLiteral("none") : l.join(u' ');
+    };
     if (before.companions != after.companions)
-        return QStringLiteral("left %1 beside the file").arg(after.companions.join(u' '));
-    if (before.bytes.has_value() != after.bytes.has_value())
-        return QStringLiteral("the file's readability changed");
-    const QByteArray& a = *before.bytes;
-    const QByteArray& b = *after.bytes;
-    qsizetype first = 0;
-    while (first < a.size() && first < b.size() && a.at(first) == b.at(first))
-        ++first;
-    return QStringLiteral("the file was rewritten (size %1 -> %2, first difference at byte %3)")
-        .arg(a.size())
-        .arg(b.size())
-        .arg(first);
+        changes << QStringLiteral("the files beside it changed (%1 before, %2 after)")
+                       .arg(names(before.companions), names(after.companions));
+    return changes.join(QStringLiteral("; "));
 }
 
 // One line, so a report stays one line on stdout.
@@ -95,8 +105,9 @@ public:
             ++m_total;
             ++m_inAction;
             m_texts << oneLine(text);
-            const bool question = buttons == Common::MsgButtons::YesNo ||
-                                  buttons == Common::MsgButtons::YesNoCancel;
+            std::fprintf(stderr, "box: %s\n", qPrintable(m_texts.last()));
+            const bool question =
+                buttons == Common::MsgButtons::YesNo || buttons == Common::MsgButtons::YesNoCancel;
             return question ? Common::MsgResult::No : Common::MsgResult::Ok;
         });
     }
@@ -158,7 +169,10 @@ QString showProject(const QString& path) {
         problems.prepend(describeChange(before, after));
     if (!problems.isEmpty())
         return QStringLiteral("FAIL %1 %2").arg(path, problems.join(QStringLiteral("; ")));
-    return QStringLiteral("OK %1 boxes=%2 actions=%3").arg(path).arg(boxes.total()).arg(boxes.actions());
+    return QStringLiteral("OK %1 boxes=%2 actions=%3")
+        .arg(path)
+        .arg(boxes.total())
+        .arg(boxes.actions());
 }
 
 } // namespace
