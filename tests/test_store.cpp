@@ -73,24 +73,27 @@ QString crashTool(const QStringList& args) {
 
 void TestStore::actionSurvivesKill_data() {
     QTest::addColumn<QString>("action");
-    QTest::addColumn<bool>("onBlank"); // the action runs on a project without days
-    QTest::newRow("project wizard's days and periods") << "calendar" << true;
-    QTest::newRow("creating a tutor timetable") << "create-tutor" << false;
-    QTest::newRow("deleting a timetable") << "delete" << false;
-    QTest::newRow("format dialog OK") << "format" << false;
-    QTest::newRow("saving grid sizes") << "sizes" << false;
-    QTest::newRow("same size columns") << "same-size" << false;
-    QTest::newRow("custom days") << "day-template" << false;
-    QTest::newRow("custom hours") << "hour-template" << false;
+    QTest::addColumn<QStringList>("setup"); // what the project holds before
+    const QStringList school = {"prepare"};
+    QTest::newRow("project wizard's days and periods") << "calendar" << QStringList();
+    QTest::newRow("creating a tutor timetable") << "create-tutor" << school;
+    QTest::newRow("deleting a timetable") << "delete" << school;
+    QTest::newRow("format dialog OK") << "format" << school;
+    QTest::newRow("saving grid sizes") << "sizes" << school;
+    QTest::newRow("same size columns") << "same-size" << school;
+    QTest::newRow("custom days") << "day-template" << school;
+    QTest::newRow("custom hours") << "hour-template" << school;
+    QTest::newRow("ticking a class, with mirroring")
+        << "tick-class" << QStringList{"prepare", "prepare-tick"};
 }
 
 void TestStore::actionSurvivesKill() {
     QFETCH(QString, action);
-    QFETCH(bool, onBlank);
+    QFETCH(QStringList, setup);
     TestEnv env;
     const QString base = env.newProject(QStringLiteral("base.VNPL"));
-    if (!onBlank)
-        QCOMPARE(crashTool({QStringLiteral("prepare"), base}).toInt() > 0, true);
+    for (const QString& step : setup)
+        QVERIFY(crashTool({step, base}).toInt() > 0);
     const QString before = dump(base);
 
     const QString done = env.path(QStringLiteral("done.VNPL"));

@@ -2,6 +2,7 @@
 // Filling the four resource lists beside the timetable: a status column, a
 // check-box column and the name; each row's data is the resource's id.
 
+#include <QColor>
 #include <QString>
 
 class FlexGrid;
@@ -23,5 +24,15 @@ inline constexpr auto& AddTutorToList = AddResourceToList;
 inline constexpr auto& AddSubjectToList = AddResourceToList;
 inline constexpr auto& AddRoomToList = AddResourceToList;
 inline constexpr auto& AddClassToList = AddResourceToList;
+
+// Writes a row's status and check box; the status cell takes the status's
+// colour, so free, busy and clashing read apart at a glance.
+void SetListRow(FlexGrid& Grid, int Row, const QString& Status, bool Selected);
+// The colour of a status: "Avail", "Busy", "Clash" or "-".
+QColor StatusColour(const QString& Status);
+// Unchecks every row, keeping the current row.
+void DeselectGridList(FlexGrid& Grid);
+// Back to "Avail" and unchecked, as when the list was filled (no cell chosen).
+void ClearListStatuses(FlexGrid& Grid);
 
 } // namespace ModMain

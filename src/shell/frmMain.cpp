@@ -12,8 +12,10 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QDir>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QSplitter>
 #include <QStatusBar>
@@ -59,6 +61,8 @@ FlexGrid* makeResourceList(const QString& name, const QString& word, QWidget* pa
     list->setSelectionMode(QAbstractItemView::SingleSelection);
     list->setSelectionBehavior(QAbstractItemView::SelectRows);
     list->verticalHeader()->setDefaultSectionSize(22);
+    // Tab leaves the list for the next control rather than walking its cells.
+    list->setTabKeyNavigation(false);
     return list;
 }
 } // namespace
@@ -132,6 +136,9 @@ void frmMain::buildMenus() {
     mnuTools->setObjectName(QStringLiteral("mnuTools"));
     addCommand(mnuTools, QStringLiteral("mnuToolsAutoFill"), QStringLiteral("&Auto Fill..."));
     addCommand(mnuTools, QStringLiteral("mnuToolsFillMethods"), QStringLiteral("Fill &Methods..."));
+    addCommand(mnuTools, QStringLiteral("mnuToolsAskClashes"),
+               QStringLiteral("Ask Before Allowing &Clashes"))
+        ->setCheckable(true);
     mnuTools->addSeparator();
     addCommand(mnuTools, QStringLiteral("mnuToolsManageTutors"),
                QStringLiteral("Manage &Tutors..."));
@@ -215,7 +222,19 @@ void frmMain::buildCentral() {
         label->setObjectName(QStringLiteral("lbl") + QString::fromLatin1(l.name).mid(1));
         *l.list = makeResourceList(QString::fromLatin1(l.name), QString::fromLatin1(l.word), side);
         label->setBuddy(*l.list);
-        layout->addWidget(label);
+        auto* head = new QHBoxLayout;
+        head->setSpacing(6);
+        head->addWidget(label);
+        // Classes have no name box: a class is made with its timetable.
+        if (QLatin1String(l.word) != QLatin1String("Class")) {
+            auto* box = new QLineEdit(side);
+            box->setObjectName(QStringLiteral("txt%1Name").arg(QString::fromLatin1(l.word)));
+            box->setPlaceholderText(
+                QStringLiteral("Type a %1 to add...").arg(QString::fromLatin1(l.word).toLower()));
+            box->setClearButtonEnabled(true);
+            head->addWidget(box, 1);
+        }
+        layout->addLayout(head);
         layout->addWidget(*l.list, 1);
     }
     splitter->addWidget(side);
@@ -242,6 +261,13 @@ void frmMain::wireCommands() {
     on(QStringLiteral("mnuFormatTimetable"), &frmMain::mnuFormatTimetable_Click);
     on(QStringLiteral("mnuFormatSameSizeColumns"), &frmMain::mnuFormatSameSizeColumns_Click);
     on(QStringLiteral("mnuFormatSameSizeRows"), &frmMain::mnuFormatSameSizeRows_Click);
+    on(QStringLiteral("mnuFormatDefineLunchColumn"), &frmMain::mnuFormatDefineLunchColumn_Click);
+    on(QStringLiteral("mnuPeriodClear"), &frmMain::mnuPeriodClear_Click);
+    on(QStringLiteral("mnuPeriodUnavailable"), &frmMain::mnuPeriodUnavailable_Click);
+    on(QStringLiteral("mnuPeriodLunch"), &frmMain::mnuPeriodLunch_Click);
+    on(QStringLiteral("mnuPeriodBreak"), &frmMain::mnuPeriodBreak_Click);
+    on(QStringLiteral("mnuToolsAskClashes"), &frmMain::mnuToolsAskClashes_Click);
+    wireScheduling();
 }
 
 void frmMain::on(const QString& name, void (frmMain::*handler)()) {
@@ -398,7 +424,8 @@ void frmMain::ProjectOpened() {
     ShowProjectPath(ModMain::DB().GetDBFilename());
     NoTimetable();
     showFirstTimetable();
-    if (ModMain::DB().IsReadOnly())
+    // One box an action: when showing the timetable failed, that box said so.
+    if (ModMain::DB().IsReadOnly() && !ActionScope::Failed())
         MsgBox(QStringLiteral("You cannot change %1, so it is open for reading only: you can "
                               "look at and print its timetables, but not change them. To work "
                               "on it, save a copy where you can write, or ask for write "

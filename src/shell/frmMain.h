@@ -3,6 +3,7 @@
 // lists beside it, and the status bar. The work behind each command lives in
 // its subsystem; this class is the frame and the wiring.
 
+#include "scheduling/ListSelect.h"
 #include "wizards/NewProject.h"
 
 #include <QHash>
@@ -11,6 +12,7 @@
 
 class FlexGrid;
 class QLabel;
+class QLineEdit;
 class QMenu;
 class QToolBar;
 class QToolButton;
@@ -55,6 +57,15 @@ public:
     void mnuFormatTimetable_Click();
     void mnuFormatSameSizeColumns_Click();
     void mnuFormatSameSizeRows_Click();
+    void mnuFormatDefineLunchColumn_Click();
+    // The period commands: confirm, then mark the selected cells.
+    void mnuPeriodClear_Click();
+    void mnuPeriodUnavailable_Click();
+    void mnuPeriodLunch_Click();
+    void mnuPeriodBreak_Click();
+    void mnuToolsAskClashes_Click();
+    // A click or a move in the timetable grid: the four lists for that cell.
+    void FireGridClickEvent();
     void LoadTimetable(qint32 TimetableID);
     void RefreshTable();
     // Writes the row heights and column widths the user changed.
@@ -72,6 +83,9 @@ public:
     FlexGrid* gSubject = nullptr;
     FlexGrid* gRoom = nullptr;
     FlexGrid* gClass = nullptr;
+    QLineEdit* txtTutorName = nullptr;
+    QLineEdit* txtSubjectName = nullptr;
+    QLineEdit* txtRoomName = nullptr;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -102,6 +116,19 @@ private:
     // Refreshes the timetable list and shows the project's first timetable.
     void showFirstTimetable();
     void showResourceLists(const QString& type);
+    // The lists, name boxes and grid events of hand scheduling.
+    void wireScheduling();
+    void markPeriods(const QString& question, qint16 code);
+    ModMain::SchedulingView schedulingView() const;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    // Above zero while the program moves the grid's current cell itself, so
+    // the lists are not refreshed for every cell it passes.
+    int m_quietGrid = 0;
+    struct QuietGrid {
+        explicit QuietGrid(frmMain& w) : n(w.m_quietGrid) { ++n; }
+        ~QuietGrid() { --n; }
+        int& n;
+    };
     // The title bar: the program's name, what is shown, and a read-only mark.
     void setCaption(const QString& shown = QString());
     // Whether the open project lacks days and periods (and so timetables).

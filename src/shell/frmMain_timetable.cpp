@@ -21,6 +21,7 @@
 #include <QApplication>
 #include <QFontMetrics>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QToolBar>
 #include <QToolButton>
@@ -148,6 +149,9 @@ void frmMain::showResourceLists(const QString& type) {
         l.list->setVisible(shown);
         if (auto* label = findChild<QLabel*>(QString::fromLatin1(l.label)))
             label->setVisible(shown);
+        if (auto* box =
+                findChild<QLineEdit*>(QStringLiteral("txt%1Name").arg(QLatin1String(l.kind))))
+            box->setVisible(shown);
     }
 }
 
@@ -182,8 +186,13 @@ void frmMain::LoadTimetable(qint32 TimetableID) {
 
         setCaption(ModMain::GetTimetableName(TimetableID));
         tt.Loaded = true;
-        g->setRowCol(std::clamp(row, 1, std::max(1, g->rows() - 1)),
-                     std::clamp(col, 1, std::max(1, g->cols() - 1)));
+        {
+            QuietGrid quiet(*this);
+            g->setRowCol(std::clamp(row, 1, std::max(1, g->rows() - 1)),
+                         std::clamp(col, 1, std::max(1, g->cols() - 1)));
+        }
+        // The lists speak of the cell the grid comes back to.
+        ModMain::FireGridClickEvent(schedulingView());
     });
 }
 

@@ -4,10 +4,13 @@
 // action or exactly as after it.
 //
 //   crash_action prepare PROJECT        fill a copy of blank.db with a school
+//   crash_action prepare-tick PROJECT   then give Ms O'Hara a timetable and tick
+//                                       her into its Monday 8:00 cell
 //   crash_action ACTION PROJECT [N]     run ACTION; print the statement count
 
 #include "common/Common.h"
 #include "common/FlexGrid.h"
+#include "scheduling/Assignment.h"
 #include "store/ModMain.h"
 #include "store/Records.h"
 #include "store/TimeText.h"
@@ -68,6 +71,32 @@ void prepare() {
         }
 }
 
+// A cell of a timetable by the positions of its project day and period.
+Cell cellAt(qint32 timetable, int dayPos, int periodPos) {
+    Cell cell;
+    cell.TimetableID = timetable;
+    cell.Type = ReadTimetable(timetable).Type;
+    cell.DayTitleID = idOf(QStringLiteral("SELECT DayTitle.id FROM DayTitle, ProjectDayTitle WHERE "
+                                          "DayTitle.TimetableID = %1 AND ProjectDayTitle.id = "
+                                          "DayTitle.ProjectDayTitleID AND ProjectDayTitle.Pos = %2")
+                               .arg(timetable)
+                               .arg(dayPos));
+    cell.TimeTitleID =
+        idOf(QStringLiteral("SELECT TimeTitle.id FROM TimeTitle, ProjectTimeTitle WHERE "
+                            "TimeTitle.TimetableID = %1 AND ProjectTimeTitle.id = "
+                            "TimeTitle.ProjectTimeTitleID AND ProjectTimeTitle.Pos = %2")
+                 .arg(timetable)
+                 .arg(periodPos));
+    cell.ProjectTimeTitleID = ProjectTimeTitleOf(cell.TimeTitleID);
+    cell.ProjectDayTitleID = ProjectDayTitleOf(cell.DayTitleID);
+    cell.SlotID = qMax(0, DoGetSlot(timetable, cell.ProjectTimeTitleID, cell.ProjectDayTitleID));
+    return cell;
+}
+
+qint32 tutorTimetable() {
+    return idOf(QStringLiteral("SELECT id FROM Timetable WHERE Type = 'Tutor'"));
+}
+
 // The grid of the first timetable, as the window draws it.
 void showFirst(FlexGrid& grid) {
     Timetable::current().ID = FirstTimetableID();
@@ -78,6 +107,15 @@ bool run(const QString& action) {
     const qint32 first = FirstTimetableID();
     if (action == QLatin1String("prepare"))
         prepare();
+    else if (action == QLatin1String("prepare-tick")) {
+        const qint32 tutor = idOf(QStringLiteral("SELECT id FROM Tutor WHERE name = 'Ms O''Hara'"));
+        TickResource(ResourceKind::Tutor, tutor,
+                     cellAt(CreateTimetable(QStringLiteral("Tutor"), tutor, 1), 1, 1));
+    } else if (action == QLatin1String("tick-class"))
+        // Mirrored into 7A's own timetable and the room's, which share the tutor.
+        TickResource(ResourceKind::Class,
+                     idOf(QStringLiteral("SELECT id FROM Class WHERE name = '7A'")),
+                     cellAt(tutorTimetable(), 1, 1));
     else if (action == QLatin1String("calendar"))
         Wizard::WriteProjectCalendar(hours(), kDays);
     else if (action == QLatin1String("create-tutor"))

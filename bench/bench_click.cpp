@@ -1,0 +1,118 @@
+// A click in the timetable grid on a large school: the four lists refreshed
+// for the new cell, widgets included, the batched way the window uses and the
+// per-row way it is proved equal to.
+
+#include "LargeSchool.h"
+#include "common/Common.h"
+#include "common/FlexGrid.h"
+#include "scheduling/Assignment.h"
+#include "scheduling/Availability.h"
+#include "scheduling/ListSelect.h"
+#include "scheduling/ResourceLists.h"
+#include "shell/frmMain.h"
+#include "store/ModMain.h"
+#include "store/Transaction.h"
+#include "timetable/TimetableRecords.h"
+
+#include <QApplication>
+#include <QTemporaryDir>
+#include <benchmark/benchmark.h>
+
+namespace {
+struct Window {
+    QTemporaryDir dir;
+    QString path;
+    frmMain window;
+    Window() : path(dir.filePath(QStringLiteral("large.VNPL"))) {
+        qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toLocal8Bit());
+        Common::SetMsgBoxHandler([](const QString& text, auto, auto, const QString&) {
+            qFatal("%s", qPrintable(text));
+            return Common::MsgResult::Ok;
+        });
+        Bench::MakeLargeSchool(QStringLiteral(VANTOR_BENCH_APP_DIR "/blank.db"), path);
+        window.resize(1200, 800);
+        window.show();
+        window.Form_Load(path);
+        // A tutor's timetable: three lists to answer, most of them busy somewhere.
+        const QVector<ModMain::TimetableEntry> list = ModMain::TimetableList();
+        for (const ModMain::TimetableEntry& e : list)
+            if (e.name.startsWith(QLatin1String("Tutor "))) {
+                window.LoadTimetable(e.id);
+                break;
+            }
+        QApplication::processEvents();
+    }
+};
+
+Window& shown() {
+    static Window w;
+    return w;
+}
+
+// The cells visited in turn: every day and period.
+void nextCell(FlexGrid& g, int& k) {
+    k = (k + 7) % ((g.rows() - 1) * (g.cols() - 1));
+    g.setRowCol(1 + k / (g.cols() - 1), 1 + k % (g.cols() - 1));
+}
+
+void BM_GridClick(benchmark::State& state) {
+    frmMain& w = shown().window;
+    int k = 0;
+    for (auto _ : state) {
+        nextCell(*w.g, k); // the window refreshes the lists as for a click
+        w.repaint();
+        QApplication::processEvents();
+    }
+    state.SetLabel("budget 16 ms");
+}
+BENCHMARK(BM_GridClick)->Unit(benchmark::kMillisecond)->Repetitions(3)->ReportAggregatesOnly(true);
+
+void BM_GridClickPerRow(benchmark::State& state) {
+    frmMain& w = shown().window;
+    int k = 0;
+    const struct {
+        FlexGrid* list;
+        ModMain::ResourceKind kind;
+    } lists[] = {{w.gTutor, ModMain::ResourceKind::Tutor},
+                 {w.gSubject, ModMain::ResourceKind::Subject},
+                 {w.gRoom, ModMain::ResourceKind::Room},
+                 {w.gClass, ModMain::ResourceKind::Class}};
+    for (auto _ : state) {
+        state.PauseTiming();
+        nextCell(*w.g, k);
+        ModMain::Cell cell;
+        ModMain::CurrentCell(*w.g, cell);
+        state.ResumeTiming();
+        Transaction read(Transaction::Read);
+        for (const auto& l : lists) {
+            QVector<qint32> ids;
+            QStringList statuses;
+            for (int r = 1; r < l.list->rows(); ++r) {
+                ids << l.list->rowData(r);
+                statuses << l.list->textMatrix(r, 0);
+            }
+            const auto states = ModMain::ListSelectionPerRow(
+                l.kind, ids, statuses, cell.SlotID, cell.ProjectTimeTitleID, cell.ProjectDayTitleID,
+                cell.SlotID > 0 ? cell.SlotID : -1);
+            for (int r = 1; r < l.list->rows(); ++r)
+                ModMain::SetListRow(*l.list, r, states.at(r - 1).status, states.at(r - 1).checked);
+        }
+        w.repaint();
+        QApplication::processEvents();
+    }
+    state.SetLabel("the per-row way, for comparison");
+}
+BENCHMARK(BM_GridClickPerRow)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

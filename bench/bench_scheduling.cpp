@@ -1,0 +1,268 @@
+// Manual scheduling on a large school, each beside its budget: the four
+// lists' statuses for a selected cell (one availability test per row, and the
+// batched way the window uses), and ticking a class on a tutor's timetable
+// with the mirroring it brings, its commit included.
+
+#include "LargeSchool.h"
+#include "common/Common.h"
+#include "scheduling/Assignment.h"
+#include "scheduling/Availability.h"
+#include "store/ModMain.h"
+#include "store/Project.h"
+#include "store/Records.h"
+#include "store/Transaction.h"
+
+#include <QApplication>
+#include <QTemporaryDir>
+#include <benchmark/benchmark.h>
+
+namespace {
+using ModMain::ResourceKind;
+
+constexpr ResourceKind kKinds[] = {ResourceKind::Tutor, ResourceKind::Subject, ResourceKind::Room,
+                                   ResourceKind::Class};
+
+struct School {
+    QTemporaryDir dir;
+    QString path;
+    School() : path(dir.filePath(QStringLiteral("large.VNPL"))) {
+        qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toLocal8Bit());
+        // A benchmark has no one to answer: any message is a fault in it.
+        Common::SetMsgBoxHandler([](const QString& text, auto, auto, const QString&) {
+            qFatal("%s", qPrintable(text));
+            return Common::MsgResult::Ok;
+        });
+        Bench::MakeLargeSchool(QStringLiteral(VANTOR_BENCH_APP_DIR "/blank.db"), path);
+        if (!ModMain::OpenProject(path))
+            qFatal("cannot open the large school");
+    }
+};
+
+School& school() {
+    static School s;
+    return s;
+}
+
+// Cells of tutors' timetables that hold a lesson, spread over the school.
+QVector<ModMain::Cell> tutorCells() {
+    QVector<ModMain::Cell> cells;
+    for (auto rs = ModMain::DB().Execute(QStringLiteral(
+             "SELECT Slot.id AS slot, Slot.TimetableID AS tt, Slot.DayTitleID AS day, "
+             "Slot.TimeTitleID AS time, DayTitle.ProjectDayTitleID AS pdt, "
+             "TimeTitle.ProjectTimeTitleID AS ptt FROM Slot, Timetable, DayTitle, TimeTitle "
+             "WHERE Timetable.id = Slot.TimetableID AND Timetable.Type = 'Tutor' AND "
+             "DayTitle.id = Slot.DayTitleID AND TimeTitle.id = Slot.TimeTitleID AND "
+             "Slot.id % 7 = 0 ORDER BY Slot.id;"));
+         !rs.eof(); rs.MoveNext()) {
+        ModMain::Cell c;
+        c.TimetableID = rs.Field("tt").toInt();
+        c.Type = QStringLiteral("Tutor");
+        c.SlotID = rs.Field("slot").toInt();
+        c.DayTitleID = rs.Field("day").toInt();
+        c.TimeTitleID = rs.Field("time").toInt();
+        c.ProjectDayTitleID = rs.Field("pdt").toInt();
+        c.ProjectTimeTitleID = rs.Field("ptt").toInt();
+        cells << c;
+    }
+    return cells;
+}
+
+struct List {
+    QVector<qint32> ids;
+    QStringList status;
+};
+
+List listOf(ResourceKind kind) {
+    List list;
+    for (auto rs = ModMain::DB().Execute(QStringLiteral("SELECT id FROM %1 WHERE id<>1 ORDER BY "
+                                                        "name;")
+                                             .arg(ModMain::KindWord(kind)));
+         !rs.eof(); rs.MoveNext()) {
+        list.ids << rs.Field("id").toInt();
+        list.status << QStringLiteral("Avail");
+    }
+    return list;
+}
+
+template <bool Fast> void BM_ListStatuses(benchmark::State& state) {
+    school();
+    const QVector<ModMain::Cell> cells = tutorCells();
+    QVector<List> lists;
+    for (const ResourceKind kind : kKinds)
+        lists << listOf(kind);
+    int next = 0;
+    for (auto _ : state) {
+        const ModMain::Cell& c = cells[next];
+        for (int k = 0; k < 4; ++k) {
+            const auto rows =
+                Fast ? ModMain::ListSelection(kKinds[k], lists[k].ids, lists[k].status, c.SlotID,
+                                              c.ProjectTimeTitleID, c.ProjectDayTitleID, c.SlotID)
+                     : ModMain::ListSelectionPerRow(kKinds[k], lists[k].ids, lists[k].status,
+                                                    c.SlotID, c.ProjectTimeTitleID,
+                                                    c.ProjectDayTitleID, c.SlotID);
+            benchmark::DoNotOptimize(rows.data());
+        }
+        next = (next + 1) % cells.size();
+    }
+    state.SetLabel(Fast ? "budget 16 ms, widgets included" : "the reference, no budget");
+}
+BENCHMARK_TEMPLATE(BM_ListStatuses, false)
+    ->Name("BM_ListStatusesPerRow")
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
+BENCHMARK_TEMPLATE(BM_ListStatuses, true)
+    ->Name("BM_ListStatusesFast")
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
+
+// A class to tick on each cell: another class than the one taught there, so
+// the tutor goes into that class's own timetable and the slot's links to
+// every timetable sharing the tutor.
+QVector<qint32> classesToTick(const QVector<ModMain::Cell>& cells) {
+    QVector<qint32> classes;
+    for (auto rs = ModMain::DB().Execute(QStringLiteral("SELECT id FROM Class WHERE id<>1"));
+         !rs.eof(); rs.MoveNext())
+        classes << rs.Field("id").toInt();
+    QVector<qint32> picks;
+    for (int i = 0; i < cells.size(); ++i) {
+        const qint32 taught =
+            ModMain::LinkedResources(ResourceKind::Class, cells[i].SlotID).value(0);
+        const int at = qMax(0, int(classes.indexOf(taught)));
+        picks << classes[(at + 1 + i % (classes.size() - 1)) % classes.size()];
+    }
+    return picks;
+}
+
+// A tick only adds rows: deleting those above the ids it started from puts
+// the school back as it was, so every tick meets the same school.
+class Restore {
+public:
+    Restore() {
+        for (const char* table : kTables)
+            m_max << ModMain::DB()
+                         .Execute(QStringLiteral("SELECT MAX(id) AS m FROM %1")
+                                      .arg(QLatin1String(table)))
+                         .Field("m")
+                         .toInt();
+    }
+    void operator()() const {
+        Transaction tx;
+        for (int i = 0; i < m_max.size(); ++i)
+            ModMain::DB().Execute(QStringLiteral("DELETE FROM %1 WHERE id > %2")
+                                      .arg(QLatin1String(kTables[i]))
+                                      .arg(m_max[i]));
+    }
+
+private:
+    static constexpr const char* kTables[] = {"Slot", "TutorSlot", "RoomSlot", "ClassSlot",
+                                              "SubjectSlot"};
+    QVector<qint32> m_max;
+};
+
+void BM_TickClass(benchmark::State& state) {
+    school();
+    const QVector<ModMain::Cell> cells = tutorCells();
+    const QVector<qint32> classes = classesToTick(cells);
+    const Restore restore;
+    int next = 0;
+    for (auto _ : state) {
+        ModMain::TickResource(ResourceKind::Class, classes[next], cells[next]);
+        state.PauseTiming();
+        restore();
+        next = (next + 1) % cells.size();
+        state.ResumeTiming();
+    }
+    state.SetLabel("budget 20 ms");
+}
+BENCHMARK(BM_TickClass)->Unit(benchmark::kMillisecond)->Repetitions(3)->ReportAggregatesOnly(true);
+
+// The floor under every tick: one link and its durable commit, no mirroring.
+void BM_TickSubject(benchmark::State& state) {
+    school();
+    const QVector<ModMain::Cell> cells = tutorCells();
+    const qint32 subject = ModMain::DB()
+                               .Execute(QStringLiteral("SELECT MIN(id) AS id FROM Subject WHERE "
+                                                       "id<>1"))
+                               .Field("id")
+                               .toInt();
+    const Restore restore;
+    int next = 0;
+    for (auto _ : state) {
+        ModMain::TickResource(ResourceKind::Subject, subject, cells[next]);
+        state.PauseTiming();
+        restore();
+        next = (next + 1) % cells.size();
+        state.ResumeTiming();
+    }
+    state.SetLabel("the commit's floor, no budget");
+}
+BENCHMARK(BM_TickSubject)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
+
+// The tick's propagation alone, the reference way and the fast way, in a
+// transaction of its own, after the tick's link and its own-timetable mirror.
+template <bool Fast> void BM_ClassTickPropagation(benchmark::State& state) {
+    school();
+    const QVector<ModMain::Cell> cells = tutorCells();
+    const QVector<qint32> classes = classesToTick(cells);
+    const Restore restore;
+    int next = 0;
+    for (auto _ : state) {
+        const ModMain::Cell& c = cells[next];
+        state.PauseTiming();
+        {
+            Transaction tx;
+            ModMain::CreateClassSlotRecord(c.SlotID, classes[next]);
+            qint32 own = ModMain::DB()
+                             .Execute(QStringLiteral("SELECT id FROM timetable WHERE ClassID = %1 "
+                                                     "AND type = 'Class';")
+                                          .arg(classes[next]))
+                             .Field("id")
+                             .toInt();
+            qint32 mirrored = c.SlotID;
+            ModMain::CreateCrossReferenceTimetable(mirrored, own, c.ProjectTimeTitleID,
+                                                   c.ProjectDayTitleID, c.Type, c.TimetableID);
+        }
+        state.ResumeTiming();
+        {
+            Transaction tx;
+            qint32 slot = c.SlotID;
+            if (Fast)
+                ModMain::PropagateClassTick(slot, c.TimetableID, c.ProjectTimeTitleID,
+                                            c.ProjectDayTitleID);
+            else
+                ModMain::PropagateClassTickPerRow(slot, c.TimetableID, c.ProjectTimeTitleID,
+                                                  c.ProjectDayTitleID);
+        }
+        state.PauseTiming();
+        restore();
+        next = (next + 1) % cells.size();
+        state.ResumeTiming();
+    }
+    state.SetLabel(Fast ? "part of the tick" : "the reference, no budget");
+}
+BENCHMARK_TEMPLATE(BM_ClassTickPropagation, false)
+    ->Name("BM_ClassTickPropagationPerRow")
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
+BENCHMARK_TEMPLATE(BM_ClassTickPropagation, true)
+    ->Name("BM_ClassTickPropagationFast")
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,63 @@
+#pragma once
+// Ticking resources into the selected cell of the timetable grid: the grid
+// click that refreshes the four lists, a click in a list, the clash question,
+// the tutor's details, and the name boxes that find or create a resource.
+
+#include "scheduling/Availability.h"
+#include "scheduling/PeriodMarking.h"
+
+#include <Qt>
+
+class FlexGrid;
+class QLineEdit;
+class QWidget;
+
+namespace ModMain {
+
+struct Cell;
+
+// The timetable grid, its four lists, and the window dialogs belong to.
+struct SchedulingView {
+    FlexGrid* g = nullptr;
+    ResourceListSet lists;
+    QWidget* window = nullptr;
+};
+
+FlexGrid* ListOf(const SchedulingView& view, ResourceKind kind);
+
+// The grid's current cell of the shown timetable; false on a heading.
+bool CurrentCell(const FlexGrid& g, Cell& cell);
+
+// The statuses and check boxes of one list for a cell.
+void RefreshListSelection(ResourceKind kind, FlexGrid& list, qint32 SlotID,
+                          qint32 ProjectTimeTitleID, qint32 ProjectDayTitleID);
+// After a click (or a move) in the timetable grid: all four lists.
+void FireGridClickEvent(const SchedulingView& view);
+
+// A mouse-down in a list: ticks or unticks on the "Sel" column, or offers the
+// tutor's details on a right click; then refreshes that list.
+void ListMouseDown(ResourceKind kind, int Col, Qt::MouseButton Button, const SchedulingView& view);
+void DoListSelect(ResourceKind kind, FlexGrid& List, int Col, Qt::MouseButton Button,
+                  const SchedulingView& view);
+
+// Asks in the clash dialog; true to go ahead. AllowFutureClashes presets the
+// dialog's box and returns its state.
+bool AllowClash(const QString& ListType, const QVector<qint32>& BusySlotID, qint32 SlotCount,
+                bool& AllowFutureClashes, QWidget* parent);
+// "Ask Before Allowing Clashes": the saved answer of the dialog's box.
+bool AllowClashesSetting();
+void SetAllowClashesSetting(bool allow);
+
+// The timetables that hold the busy slots, one name per line.
+QString TimetableNamesOf(const QVector<qint32>& BusySlotID);
+// The tutor's context menu's Details: the timetables of gBusySlotID.
+void ShowTutorDetails();
+
+// The name boxes.
+void FindMatch(QLineEdit& box, const FlexGrid& list);
+void DoListNameKeyDown(QLineEdit& box, int KeyCode, QWidget* grid);
+// Leaving a box: ticks the named resource into the cell, creating it first
+// when no row has that name. A blank box does nothing.
+void NameBoxLostFocus(ResourceKind kind, QLineEdit& box, const SchedulingView& view);
+
+} // namespace ModMain

@@ -1,0 +1,195 @@
+// frmMain's hand scheduling: the grid's clicks and moves, the four lists and
+// their name boxes, the clash setting, and the period commands. The work
+// lives in scheduling/.
+
+#include "shell/frmMain.h"
+
+#include "common/Common.h"
+#include "common/ErrorHandler.h"
+#include "common/FlexGrid.h"
+#include "scheduling/Assignment.h"
+#include "scheduling/ListSelect.h"
+#include "scheduling/PeriodMarking.h"
+#include "scheduling/ResourceLists.h"
+#include "scheduling/SchedulingState.h"
+#include "store/ModMain.h"
+#include "store/Records.h"
+#include "store/Transaction.h"
+#include "timetable/TimetableState.h"
+
+#include <QAction>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QToolTip>
+
+using Common::MsgBox;
+using Common::MsgButtons;
+using Common::MsgIcon;
+using Common::MsgResult;
+using ModMain::ResourceKind;
+
+namespace {
+struct ListBinding {
+    FlexGrid* list;
+    QLineEdit* box;
+    ResourceKind kind;
+};
+} // namespace
+
+ModMain::SchedulingView frmMain::schedulingView() const {
+    ModMain::SchedulingView view;
+    view.g = g;
+    view.lists = {gTutor, gSubject, gRoom, gClass};
+    view.window = const_cast<frmMain*>(this);
+    return view;
+}
+
+void frmMain::FireGridClickEvent() {
+    ModMain::FireGridClickEvent(schedulingView());
+}
+
+void frmMain::wireScheduling() {
+    txtTutorName = findChild<QLineEdit*>(QStringLiteral("txtTutorName"));
+    txtSubjectName = findChild<QLineEdit*>(QStringLiteral("txtSubjectName"));
+    txtRoomName = findChild<QLineEdit*>(QStringLiteral("txtRoomName"));
+    g->setTabKeyNavigation(false);
+    // A click, or an arrow key, that lands on another cell.
+    connect(g, &QTableWidget::currentCellChanged, this, [this] {
+        if (m_quietGrid == 0 && Timetable::current().Loaded)
+            FireGridClickEvent();
+    });
+    connect(g, &FlexGrid::gridMouseDown, this, [this](int, int, Qt::MouseButton) {
+        if (m_quietGrid == 0 && Timetable::current().Loaded)
+            FireGridClickEvent();
+    });
+    const ListBinding bindings[] = {{gTutor, txtTutorName, ResourceKind::Tutor},
+                                    {gSubject, txtSubjectName, ResourceKind::Subject},
+                                    {gRoom, txtRoomName, ResourceKind::Room},
+                                    {gClass, nullptr, ResourceKind::Class}};
+    for (const ListBinding& b : bindings) {
+        const ResourceKind kind = b.kind;
+        connect(b.list, &FlexGrid::gridMouseDown, this,
+                [this, kind](int, int c, Qt::MouseButton button) {
+                    if (ModMain::DB().IsReadOnly() && button != Qt::RightButton)
+                        return;
+                    ModMain::ListMouseDown(kind, c, button, schedulingView());
+                });
+        b.list->installEventFilter(this);
+        b.list->viewport()->installEventFilter(this);
+        if (!b.box)
+            continue;
+        QLineEdit* box = b.box;
+        box->installEventFilter(this);
+        connect(box, &QLineEdit::textChanged, this, [box, list = b.list] {
+            if (Scheduling::state().gbUpdateTextNameControls)
+                ModMain::FindMatch(*box, *list);
+        });
+        connect(box, &QLineEdit::editingFinished, this, [this, box, kind] {
+            if (ModMain::ProjectIsOpen() && !ModMain::DB().IsReadOnly())
+                ModMain::NameBoxLostFocus(kind, *box, schedulingView());
+        });
+    }
+    connect(mnuTools, &QMenu::aboutToShow, this, [this] {
+        command(QStringLiteral("mnuToolsAskClashes"))->setChecked(!ModMain::AllowClashesSetting());
+    });
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    const ListBinding bindings[] = {{gTutor, txtTutorName, ResourceKind::Tutor},
+                                    {gSubject, txtSubjectName, ResourceKind::Subject},
+                                    {gRoom, txtRoomName, ResourceKind::Room},
+                                    {gClass, nullptr, ResourceKind::Class}};
+    for (const ListBinding& b : bindings) {
+        if (b.box && watched == b.box && event->type() == QEvent::KeyPress) {
+            // Enter goes on to the grid; the box then loses the focus and ticks.
+            ModMain::DoListNameKeyDown(*b.box, static_cast<QKeyEvent*>(event)->key(), g);
+            continue;
+        }
+        if (watched == b.list && event->type() == QEvent::KeyPress &&
+            static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space) {
+            // Space ticks or unticks the current row, as a click on its box does.
+            if (!ModMain::DB().IsReadOnly())
+                ModMain::ListMouseDown(b.kind, 1, Qt::LeftButton, schedulingView());
+            return true;
+        }
+        if (watched == b.list->viewport() && event->type() == QEvent::ToolTip) {
+            // Where a busy or clashing resource is, named as its details name it.
+            auto* help = static_cast<QHelpEvent*>(event);
+            const QModelIndex at = b.list->indexAt(help->pos());
+            const QString status = at.isValid() ? b.list->textMatrix(at.row() + 1, 0) : QString();
+            if (status != QLatin1String("Busy") && status != QLatin1String("Clash")) {
+                QToolTip::hideText();
+                return true;
+            }
+            const QString names = Guard("frmMain", "ListToolTip", [&] {
+                ModMain::Cell cell;
+                if (!ModMain::CurrentCell(*g, cell))
+                    return QString();
+                return ModMain::BusyTimetableNames(b.kind, b.list->rowData(at.row() + 1),
+                                                   cell.ProjectTimeTitleID, cell.ProjectDayTitleID,
+                                                   cell.SlotID > 0 ? cell.SlotID : -1)
+                    .join(QLatin1Char('\n'));
+            });
+            QToolTip::showText(help->globalPos(),
+                               QStringLiteral("%1 at this time in:\n%2").arg(status, names),
+                               b.list->viewport());
+            return true;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void frmMain::markPeriods(const QString& question, qint16 code) {
+    Guard("frmMain", "mnuPeriod_Click", [&] {
+        if (MsgBox(question, MsgButtons::YesNoCancel, MsgIcon::Question) != MsgResult::Yes)
+            return;
+        Transaction tx;
+        if (!tx.ok())
+            return;
+        QuietGrid quiet(*this);
+        ModMain::SetSpecialCells(*g, code, schedulingView().lists);
+    });
+    FireGridClickEvent();
+}
+
+void frmMain::mnuPeriodClear_Click() {
+    markPeriods(QStringLiteral("Blank all selected periods?"), ModMain::SpecialID::Ordinary);
+}
+
+void frmMain::mnuPeriodUnavailable_Click() {
+    markPeriods(QStringLiteral("Make selected periods unavailable?"),
+                ModMain::SpecialID::Unavailable);
+}
+
+void frmMain::mnuPeriodLunch_Click() {
+    markPeriods(QStringLiteral("Make selected periods for lunch?"), ModMain::SpecialID::Lunch);
+}
+
+void frmMain::mnuPeriodBreak_Click() {
+    markPeriods(QStringLiteral("Mark selected as free periods?"), ModMain::SpecialID::Break);
+}
+
+void frmMain::mnuFormatDefineLunchColumn_Click() {
+    Guard("frmMain", "mnuFormatDefineLunchColumn_Click", [&] {
+        const int row = g->row(), col = g->col();
+        {
+            Transaction tx;
+            if (!tx.ok())
+                return;
+            QuietGrid quiet(*this);
+            ModMain::DefineLunchColumn(*g, schedulingView().lists);
+        }
+        // The period's heading reads "Lunch", or its times again.
+        SaveTimetable();
+        QuietGrid quiet(*this);
+        RefreshTable();
+        g->setRowCol(row, col);
+    });
+    FireGridClickEvent();
+}
+
+void frmMain::mnuToolsAskClashes_Click() {
+    ModMain::SetAllowClashesSetting(!command(QStringLiteral("mnuToolsAskClashes"))->isChecked());
+}
