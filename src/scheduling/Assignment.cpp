@@ -423,9 +423,14 @@ void PropagateClassTickPerRow(qint32& SlotID, qint32 CurrentTimetableID, qint32 
                 QStringLiteral("SELECT TutorID FROM TutorSlot WHERE TutorSlot.SlotID = ") +
                 number(row.testSlotID) + QStringLiteral(" AND TutorSlot.TutorID = ") +
                 number(tutors.Field("TutorID").toInt()));
-            if (!shared.eof())
-                CreateCrossReferenceSlot(SlotID, row.timetableID, ProjectTimeTitleID,
-                                         ProjectDayTitleID, row.type, CurrentTimetableID);
+            if (shared.eof())
+                continue;
+            // Each copy starts from the ticked cell's slot: the copy's own
+            // moving SlotID stays inside it, so one tick mirrors this cell and
+            // not, through the slots it reaches, the whole school.
+            qint32 source = SlotID;
+            CreateCrossReferenceSlot(source, row.timetableID, ProjectTimeTitleID, ProjectDayTitleID,
+                                     row.type, CurrentTimetableID);
         }
     }
 }
@@ -448,7 +453,8 @@ void PropagateClassTick(qint32& SlotID, qint32 CurrentTimetableID, qint32 Projec
             for (const qint32 tutor : rowTutors) {
                 if (!held->contains(tutor))
                     continue;
-                mirror.copy(SlotID, row.timetableID, row.type);
+                qint32 source = SlotID;
+                mirror.copy(source, row.timetableID, row.type);
                 tutors = mirror.tutorsOf(SlotID);
                 held = mirror.heldAt(row.testSlotID);
             }

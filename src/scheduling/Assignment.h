@@ -51,9 +51,8 @@ void DeleteCrossReferenceSlot2(qint32& SlotID, qint32 CurrentTimetableID, qint32
 // After a class tick: for every slot of every other timetable that has the
 // project day and period among its headings, and every tutor of SlotID that
 // slot also holds, CreateCrossReferenceSlot into that slot's timetable.
-// SlotID is the tick's own variable and moves with each copy, so later rows
-// compare the tutors of the slot it moved to. This is the reference: one
-// statement per row and tutor.
+// Every copy starts from SlotID, the ticked cell's slot, which stays as it
+// is. This is the reference: one statement per row and tutor.
 void PropagateClassTickPerRow(qint32& SlotID, qint32 CurrentTimetableID, qint32 ProjectTimeTitleID,
                               qint32 ProjectDayTitleID);
 // The same copies in the same order, worked out in memory from a few reads
