@@ -1,6 +1,11 @@
 #include "LargeSchool.h"
 
+#include "common/Common.h"
+#include "store/Project.h"
 #include "store/clsSQLite.h"
+
+#include <QApplication>
+#include <benchmark/benchmark.h>
 
 #include <QFile>
 #include <QStringList>
@@ -153,6 +158,26 @@ int MakeLargeSchool(const QString& blankDb, const QString& path, const SchoolSiz
     db.Execute(QStringLiteral("COMMIT;"));
     db.DBClose();
     return slots;
+}
+
+OpenSchool::OpenSchool() : m_path(m_dir.filePath(QStringLiteral("large.VNPL"))) {
+    qputenv("XDG_CONFIG_HOME", m_dir.filePath(QStringLiteral("config")).toLocal8Bit());
+    Common::SetMsgBoxHandler([](const QString& text, auto, auto, const QString&) {
+        qFatal("%s", qPrintable(text));
+        return Common::MsgResult::Ok;
+    });
+    MakeLargeSchool(QStringLiteral(VANTOR_BENCH_APP_DIR "/blank.db"), m_path);
+    if (!ModMain::OpenProject(m_path))
+        qFatal("cannot open the large school");
+}
+
+int RunWithWidgets(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
 }
 
 } // namespace Bench

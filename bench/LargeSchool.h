@@ -4,6 +4,7 @@
 // tutor and room, linked the way hand scheduling links them.
 
 #include <QString>
+#include <QTemporaryDir>
 
 namespace Bench {
 
@@ -19,5 +20,21 @@ struct SchoolSize {
 // Writes the school into a copy of blankDb at path and returns the number of
 // slots written.
 int MakeLargeSchool(const QString& blankDb, const QString& path, const SchoolSize& size = {});
+
+// The large school in a temporary folder, open on the program's connection,
+// with the settings in the same folder. A benchmark has no one to answer a
+// message box: any box stops it as a fault.
+class OpenSchool {
+public:
+    OpenSchool();
+    const QString& path() const { return m_path; }
+
+private:
+    QTemporaryDir m_dir;
+    QString m_path;
+};
+
+// Runs the benchmarks of a program that needs Qt's widgets, offscreen.
+int RunWithWidgets(int argc, char** argv);
 
 } // namespace Bench

@@ -20,19 +20,12 @@
 
 namespace {
 struct Window {
-    QTemporaryDir dir;
-    QString path;
+    Bench::OpenSchool school;
     frmMain window;
-    Window() : path(dir.filePath(QStringLiteral("large.VNPL"))) {
-        qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toLocal8Bit());
-        Common::SetMsgBoxHandler([](const QString& text, auto, auto, const QString&) {
-            qFatal("%s", qPrintable(text));
-            return Common::MsgResult::Ok;
-        });
-        Bench::MakeLargeSchool(QStringLiteral(VANTOR_BENCH_APP_DIR "/blank.db"), path);
+    Window() {
         window.resize(1200, 800);
         window.show();
-        window.Form_Load(path);
+        window.Form_Load(school.path());
         // A tutor's timetable: three lists to answer, most of them busy somewhere.
         const QVector<ModMain::TimetableEntry> list = ModMain::TimetableList();
         for (const ModMain::TimetableEntry& e : list)
@@ -109,10 +102,5 @@ BENCHMARK(BM_GridClickPerRow)
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return Bench::RunWithWidgets(argc, argv);
 }

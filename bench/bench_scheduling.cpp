@@ -13,7 +13,6 @@
 #include "store/Transaction.h"
 
 #include <QApplication>
-#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
 namespace {
@@ -22,24 +21,8 @@ using ModMain::ResourceKind;
 constexpr ResourceKind kKinds[] = {ResourceKind::Tutor, ResourceKind::Subject, ResourceKind::Room,
                                    ResourceKind::Class};
 
-struct School {
-    QTemporaryDir dir;
-    QString path;
-    School() : path(dir.filePath(QStringLiteral("large.VNPL"))) {
-        qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toLocal8Bit());
-        // A benchmark has no one to answer: any message is a fault in it.
-        Common::SetMsgBoxHandler([](const QString& text, auto, auto, const QString&) {
-            qFatal("%s", qPrintable(text));
-            return Common::MsgResult::Ok;
-        });
-        Bench::MakeLargeSchool(QStringLiteral(VANTOR_BENCH_APP_DIR "/blank.db"), path);
-        if (!ModMain::OpenProject(path))
-            qFatal("cannot open the large school");
-    }
-};
-
-School& school() {
-    static School s;
+Bench::OpenSchool& school() {
+    static Bench::OpenSchool s;
     return s;
 }
 
@@ -259,10 +242,5 @@ BENCHMARK_TEMPLATE(BM_ClassTickPropagation, true)
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return Bench::RunWithWidgets(argc, argv);
 }

@@ -4,28 +4,11 @@
 #include "common/Common.h"
 #include "store/ModMain.h"
 
-#include <QDir>
-#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
 namespace {
-struct School {
-    QTemporaryDir dir;
-    QString path;
-    School() : path(dir.filePath(QStringLiteral("large.VNPL"))) {
-        // A benchmark has no window: any message is a fault in the benchmark.
-        Common::SetMsgBoxHandler([](const QString& text, auto, auto, const QString&) {
-            qFatal("%s", qPrintable(text));
-            return Common::MsgResult::Ok;
-        });
-        Bench::MakeLargeSchool(QStringLiteral(VANTOR_BENCH_APP_DIR "/blank.db"), path);
-        ModMain::DB().DBOpen(path);
-    }
-    ~School() { ModMain::DB().DBClose(); }
-};
-
-School& school() {
-    static School s;
+Bench::OpenSchool& school() {
+    static Bench::OpenSchool s;
     return s;
 }
 

@@ -11,28 +11,11 @@
 #include "timetable/TimetableRecords.h"
 
 #include <QApplication>
-#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
 namespace {
-struct School {
-    QTemporaryDir dir;
-    QString path;
-    School() : path(dir.filePath(QStringLiteral("large.VNPL"))) {
-        qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toLocal8Bit());
-        // A benchmark has no one to answer: any message is a fault in it.
-        Common::SetMsgBoxHandler([](const QString& text, auto, auto, const QString&) {
-            qFatal("%s", qPrintable(text));
-            return Common::MsgResult::Ok;
-        });
-        Bench::MakeLargeSchool(QStringLiteral(VANTOR_BENCH_APP_DIR "/blank.db"), path);
-        if (!ModMain::OpenProject(path))
-            qFatal("cannot open the large school");
-    }
-};
-
-School& school() {
-    static School s;
+Bench::OpenSchool& school() {
+    static Bench::OpenSchool s;
     return s;
 }
 
@@ -100,7 +83,7 @@ void BM_LoadTimetable(benchmark::State& state) {
     school();
     frmMain window;
     window.show();
-    window.Form_Load(school().path);
+    window.Form_Load(school().path());
     QApplication::processEvents();
     QVector<qint32> ids;
     for (const ModMain::TimetableEntry& e : ModMain::TimetableList())
@@ -113,7 +96,7 @@ void BM_LoadTimetable(benchmark::State& state) {
         next = (next + 37) % ids.size();
     }
     window.close();
-    ModMain::OpenProject(school().path);
+    ModMain::OpenProject(school().path());
     state.SetLabel("budget 16 ms");
 }
 BENCHMARK(BM_LoadTimetable)
@@ -123,10 +106,5 @@ BENCHMARK(BM_LoadTimetable)
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return Bench::RunWithWidgets(argc, argv);
 }
