@@ -200,7 +200,6 @@ private Q_SLOTS:
     void fastListSelectionEqualsPerRow();
     void tickAndUntick_data();
     void tickAndUntick();
-    void classTickMirrors();
     void fastPropagationWritesTheSameRows_data();
     void fastPropagationWritesTheSameRows();
 };
@@ -491,36 +490,6 @@ void TestScheduling::tickAndUntick() {
     if (cell.SlotID == 0)
         expected[key] = QString();
     QCOMPARE(cells(), expected);
-}
-
-void TestScheduling::classTickMirrors() {
-    Project p;
-    MirrorSchool school;
-    const ModMain::Cell cell = cellAt(school.tt["T"], 1, 1);
-    const QMap<QString, QString> before = cells();
-    QVERIFY(!before.contains("Class K 1/1") && !before.contains("Class B 1/1"));
-
-    QCOMPARE(ModMain::TickResource(ResourceKind::Class, school.id["K"], cell), cell.SlotID);
-    QMap<QString, QString> after = cells();
-    QCOMPARE(after.value("Tutor T 1/1"), "Class K, Class Y, Room R, Subject M, Tutor T");
-    // The tutor goes into K's own timetable, on a slot made for it, and into
-    // B's, which has the tutor at another time: the propagation reaches every
-    // timetable that holds the tutor anywhere.
-    QVERIFY(after.value("Class K 1/1").split(", ").contains("Tutor T"));
-    QVERIFY(after.value("Class B 1/1").split(", ").contains("Tutor T"));
-    QVERIFY(!after.contains("Class K 1/1 again") && !after.contains("Class B 1/1 again"));
-    for (const char* untouched : {"Class N 1/1", "Class B 2/2", "Room R 1/1"})
-        QCOMPARE(after.value(untouched), before.value(untouched));
-    QCOMPARE(strayLinks(), 0);
-
-    // Unticking takes the tutor out of K's timetable again; the slot stays,
-    // and what the propagation copied stays too.
-    ModMain::UntickResource(ResourceKind::Class, school.id["K"], cell);
-    after = cells();
-    QCOMPARE(after.value("Tutor T 1/1"), before.value("Tutor T 1/1"));
-    QVERIFY(after.contains("Class K 1/1"));
-    QVERIFY(!after.value("Class K 1/1").split(", ").contains("Tutor T"));
-    QVERIFY(after.value("Class B 1/1").split(", ").contains("Tutor T"));
 }
 
 void TestScheduling::fastPropagationWritesTheSameRows_data() {

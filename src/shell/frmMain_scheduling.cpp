@@ -23,6 +23,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QToolTip>
+#include <array>
 
 using Common::MsgBox;
 using Common::MsgButtons;
@@ -37,6 +38,14 @@ struct ListBinding {
     ResourceKind kind;
 };
 } // namespace
+
+// Each list with its name box (classes have none) and its kind.
+static std::array<ListBinding, 4> bindingsOf(const frmMain& w) {
+    return {{{w.gTutor, w.txtTutorName, ResourceKind::Tutor},
+             {w.gSubject, w.txtSubjectName, ResourceKind::Subject},
+             {w.gRoom, w.txtRoomName, ResourceKind::Room},
+             {w.gClass, nullptr, ResourceKind::Class}}};
+}
 
 ModMain::SchedulingView frmMain::schedulingView() const {
     ModMain::SchedulingView view;
@@ -64,11 +73,7 @@ void frmMain::wireScheduling() {
         if (m_quietGrid == 0 && Timetable::current().Loaded)
             FireGridClickEvent();
     });
-    const ListBinding bindings[] = {{gTutor, txtTutorName, ResourceKind::Tutor},
-                                    {gSubject, txtSubjectName, ResourceKind::Subject},
-                                    {gRoom, txtRoomName, ResourceKind::Room},
-                                    {gClass, nullptr, ResourceKind::Class}};
-    for (const ListBinding& b : bindings) {
+    for (const ListBinding& b : bindingsOf(*this)) {
         const ResourceKind kind = b.kind;
         connect(b.list, &FlexGrid::gridMouseDown, this,
                 [this, kind](int, int c, Qt::MouseButton button) {
@@ -97,11 +102,7 @@ void frmMain::wireScheduling() {
 }
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
-    const ListBinding bindings[] = {{gTutor, txtTutorName, ResourceKind::Tutor},
-                                    {gSubject, txtSubjectName, ResourceKind::Subject},
-                                    {gRoom, txtRoomName, ResourceKind::Room},
-                                    {gClass, nullptr, ResourceKind::Class}};
-    for (const ListBinding& b : bindings) {
+    for (const ListBinding& b : bindingsOf(*this)) {
         if (b.box && watched == b.box && event->type() == QEvent::KeyPress) {
             // Enter goes on to the grid; the box then loses the focus and ticks.
             ModMain::DoListNameKeyDown(*b.box, static_cast<QKeyEvent*>(event)->key(), g);
