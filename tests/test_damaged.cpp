@@ -36,19 +36,6 @@ constexpr int kBatchSeconds = 60;
 // The same damage every run, so a failure can be reproduced.
 constexpr quint32 kSeed = 20240611;
 
-QByteArray readFile(const QString& path) {
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        qFatal("cannot read %s", qPrintable(path));
-    return f.readAll();
-}
-
-void writeFile(const QString& path, const QByteArray& bytes) {
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
 // Every row of a statement on a file, each as its fields' text.
 QList<QStringList> query(const QString& file, const QString& sql) {
     sqlite3* db = nullptr;

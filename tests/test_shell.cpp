@@ -48,11 +48,6 @@ void verifyState(const frmMain& w, const QString& path) {
         QCOMPARE(w.findChild<QLabel*>(QStringLiteral("sbPath"))->text(), path);
 }
 
-QByteArray readFile(const QString& path) {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
 // Runs SQL on a file with a connection of the test's own.
 void alter(const QString& file, const char* sql) {
     sqlite3* db = nullptr;
@@ -86,13 +81,6 @@ void verifyClean(const frmMain& w) {
     QVERIFY(!w.findChild<QWidget*>(QStringLiteral("tbTimetables"))->isEnabled());
 }
 
-QString writeFile(const QString& path, const QByteArray& bytes) {
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
-    f.write(bytes);
-    return path;
-}
 } // namespace
 
 class TestShell : public QObject {

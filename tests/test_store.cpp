@@ -52,11 +52,6 @@ QString integrity(const QString& file) {
     return result;
 }
 
-QByteArray bytes(const QString& file) {
-    QFile f(file);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
 // Runs the crash tool; returns its output, or "killed" when it died by a signal.
 QString crashTool(const QStringList& args) {
     QProcess p;
@@ -172,13 +167,13 @@ void TestStore::lockedProjectRefused() {
     sqlite3* other = nullptr;
     QCOMPARE(sqlite3_open(file.toUtf8().constData(), &other), SQLITE_OK);
     QCOMPARE(sqlite3_exec(other, "BEGIN IMMEDIATE;", nullptr, nullptr, nullptr), SQLITE_OK);
-    const QByteArray old = bytes(file);
+    const QByteArray old = readFile(file);
     Guard("test", "delete", [&] { ModMain::DeleteTimetable(first); });
     Guard("test", "create",
           [&] { QCOMPARE(ModMain::CreateTimetable(QStringLiteral("Room"), 2, 1), 0); });
     QCOMPARE(boxes.texts(), QStringList(2, ProjectBusyText(file)));
     QVERIFY(errors.reports().isEmpty());
-    QCOMPARE(bytes(file), old);
+    QCOMPARE(readFile(file), old);
     sqlite3_exec(other, "ROLLBACK;", nullptr, nullptr, nullptr);
     sqlite3_close(other);
 

@@ -102,6 +102,11 @@ template <class T> T* control(QWidget* screen, const char* name) {
     qFatal("no %s on %s", name, qPrintable(screen->objectName()));
 }
 
+// A file's bytes (empty when it cannot be read), and writing them; the
+// write stops the test program when it fails. writeFile returns path.
+QByteArray readFile(const QString& path);
+QString writeFile(const QString& path, const QByteArray& bytes);
+
 // Every row of every table of a project file, in a fixed order, as text: two
 // files with the same dump hold the same data, ids included.
 QString dump(const QString& file);
