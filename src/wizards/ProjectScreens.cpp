@@ -103,7 +103,7 @@ qint16 listPosition(const TableArray& templates, qint32 id) {
 // ---------------------------------------------------------------- welcome
 
 frmScr_Project_Welcome::frmScr_Project_Welcome(QWidget* parent)
-    : WizardPage(QStringLiteral("frmScr_Project_Welcome"), kTitle,
+    : WizardPage(Wizard::flow(), QStringLiteral("frmScr_Project_Welcome"), kTitle,
                  QStringLiteral("Welcome to the New Project Wizard"),
                  QStringLiteral("A project holds everything about one school: its tutors, "
                                 "subjects, rooms and classes, the days and periods of its week, "
@@ -137,7 +137,8 @@ void frmScr_Project_Welcome::done(int result) {
 // ---------------------------------------------------------------- days
 
 frmScr_Project_DOW::frmScr_Project_DOW(QWidget* parent)
-    : WizardPage(QStringLiteral("frmScr_Project_DOW"), kTitle, QStringLiteral("School Days"),
+    : WizardPage(Wizard::flow(), QStringLiteral("frmScr_Project_DOW"), kTitle,
+                 QStringLiteral("School Days"),
                  QStringLiteral("Choose the days your timetables cover. If none of these lists "
                                 "fits your school, click Custom Days to make your own."),
                  parent) {
@@ -169,8 +170,8 @@ void frmScr_Project_DOW::cmdNext_Click() {
 // ---------------------------------------------------------------- custom screens
 
 CustomTemplatePage::CustomTemplatePage(const Texts& texts, QWidget* parent)
-    : WizardPage(texts.name, kTitle, texts.heading, texts.intro, parent), m_minimum(texts.minimum),
-      m_tooFew(texts.tooFew), m_noneSelected(texts.noneSelected) {
+    : WizardPage(Wizard::flow(), texts.name, kTitle, texts.heading, texts.intro, parent),
+      m_minimum(texts.minimum), m_tooFew(texts.tooFew), m_noneSelected(texts.noneSelected) {
     m_grid = new QGridLayout;
     txtTitle = new QLineEdit(this);
     txtTitle->setObjectName(QStringLiteral("txtTitle"));
@@ -278,7 +279,8 @@ void frmScr_Project_CustomDOW::store(const QString& title) {
 // ---------------------------------------------------------------- hours
 
 frmScr_Project_Hours::frmScr_Project_Hours(QWidget* parent)
-    : WizardPage(QStringLiteral("frmScr_Project_Hours"), kTitle, QStringLiteral("School Hours"),
+    : WizardPage(Wizard::flow(), QStringLiteral("frmScr_Project_Hours"), kTitle,
+                 QStringLiteral("School Hours"),
                  QStringLiteral("Choose when the school day starts and ends and how long each "
                                 "period lasts, or choose a saved set of times, which is used "
                                 "exactly as saved. Click Custom Hours to make your own set."),
@@ -387,7 +389,7 @@ void frmScr_Project_CustomHours::store(const QString& title) {
 // ---------------------------------------------------------------- completion
 
 frmScr_Project_Complete::frmScr_Project_Complete(QWidget* parent)
-    : WizardPage(QStringLiteral("frmScr_Project_Complete"), kTitle,
+    : WizardPage(Wizard::flow(), QStringLiteral("frmScr_Project_Complete"), kTitle,
                  QStringLiteral("Ready to Create Your Project"),
                  QStringLiteral("The wizard has everything it needs. Click Finish to set up the "
                                 "project with these days and periods."),

@@ -3,7 +3,7 @@
 // loop and, when it closes, has moved the shared screen number or set the
 // cancel flag.
 
-#include "wizards/WizardPage.h"
+#include "common/WizardPage.h"
 
 #include <QTime>
 

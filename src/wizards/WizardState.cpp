@@ -7,6 +7,10 @@ State& state() {
     return s;
 }
 
+WizardPage::Flow flow() {
+    return {state().WizardScreen, state().WizardCancel};
+}
+
 void Reset() {
     state() = State();
 }

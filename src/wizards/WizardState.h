@@ -3,6 +3,8 @@
 // set serves the project wizard and the new-timetable wizard, as both drive
 // their screens by number.
 
+#include "common/WizardPage.h"
+
 #include <QString>
 #include <QStringList>
 #include <QTime>
@@ -61,6 +63,8 @@ struct State {
 
 // The program's one wizard state.
 State& state();
+// What the screens of these wizards move: its screen number and cancel flag.
+WizardPage::Flow flow();
 // Back to a fresh start (tests call this between cases).
 void Reset();
 // What New Project clears before its first screen: the flags, the screen

@@ -57,7 +57,7 @@ const WhoTexts* whoTexts(const QString& type) {
 } // namespace
 
 frmScr_CreateTT_Welcome::frmScr_CreateTT_Welcome(QWidget* parent)
-    : WizardPage(QStringLiteral("frmScr_CreateTT_Welcome"), kTitle,
+    : WizardPage(Wizard::flow(), QStringLiteral("frmScr_CreateTT_Welcome"), kTitle,
                  QStringLiteral("Welcome to the New Timetable Wizard"),
                  QStringLiteral("This wizard creates a timetable for one class, tutor or room. "
                                 "The timetable takes the days and periods of your project; you "
@@ -85,7 +85,7 @@ void frmScr_CreateTT_Welcome::cmdNext_Click() {
 }
 
 frmScr_CreateTT_Who::frmScr_CreateTT_Who(QWidget* parent)
-    : WizardPage(QStringLiteral("frmScr_CreateTT_Who"), kTitle,
+    : WizardPage(Wizard::flow(), QStringLiteral("frmScr_CreateTT_Who"), kTitle,
                  QStringLiteral("Select or create the owner of this timetable"),
                  QStringLiteral("Please select the owner of this timetable."), parent) {
     auto* form = new QFormLayout;
@@ -178,7 +178,8 @@ void frmScr_CreateTT_Who::cmdNext_Click() {
 }
 
 frmScr_CreateTT_Style::frmScr_CreateTT_Style(QWidget* parent)
-    : WizardPage(QStringLiteral("frmScr_CreateTT_Style"), kTitle, QStringLiteral("Choose a style"),
+    : WizardPage(Wizard::flow(), QStringLiteral("frmScr_CreateTT_Style"), kTitle,
+                 QStringLiteral("Choose a style"),
                  QStringLiteral("The style sets the fonts and colours of the timetable's "
                                 "headings and periods. Please select a style."),
                  parent) {
@@ -198,7 +199,7 @@ void frmScr_CreateTT_Style::cmdNext_Click() {
 }
 
 frmScr_CreateTT_Complete::frmScr_CreateTT_Complete(QWidget* parent)
-    : WizardPage(QStringLiteral("frmScr_CreateTT_Complete"), kTitle,
+    : WizardPage(Wizard::flow(), QStringLiteral("frmScr_CreateTT_Complete"), kTitle,
                  QStringLiteral("Ready to create your timetable"),
                  QStringLiteral("The wizard has everything it needs. Click Finish to create the "
                                 "timetable and show it in the main window."),

@@ -2,7 +2,7 @@
 // The screens of the new-timetable wizard. They only fill the shared wizard
 // state; NewTimetableWizard drives them and the timetable is written after.
 
-#include "wizards/WizardPage.h"
+#include "common/WizardPage.h"
 
 class QCheckBox;
 class QComboBox;

@@ -1,8 +1,9 @@
 #pragma once
 // The frame every wizard screen shares: a banner, a heading, a line that
 // explains the step, the screen's own controls, and Back, Next and Cancel.
-// The buttons move the shared screen number or set the cancel flag and close
-// the screen; the loop that drives the wizard shows whatever comes next.
+// The buttons move the wizard's shared screen number or set its cancel flag
+// and close the screen; the loop that drives the wizard shows whatever comes
+// next.
 
 #include <QDialog>
 
@@ -13,7 +14,13 @@ class QVBoxLayout;
 class WizardPage : public QDialog {
     Q_OBJECT
 public:
-    WizardPage(const QString& name, const QString& title, const QString& heading,
+    // The state of the wizard a screen belongs to.
+    struct Flow {
+        qint16& screen;
+        bool& cancel;
+    };
+
+    WizardPage(Flow flow, const QString& name, const QString& title, const QString& heading,
                const QString& intro, QWidget* parent = nullptr);
 
     QPushButton* cmdBack = nullptr;
@@ -34,7 +41,10 @@ protected:
     // Escape and the title bar's close button cancel the wizard like Cancel.
     void reject() override;
 
+    Flow flow() const { return m_flow; }
+
 private:
+    Flow m_flow;
     QVBoxLayout* m_body = nullptr;
     bool m_finished = false;
 };

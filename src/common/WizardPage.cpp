@@ -1,7 +1,6 @@
-#include "wizards/WizardPage.h"
+#include "common/WizardPage.h"
 
 #include "common/Icons.h"
-#include "wizards/WizardState.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
@@ -28,9 +27,9 @@ QWidget* makeBanner(QWidget* parent) {
 }
 } // namespace
 
-WizardPage::WizardPage(const QString& name, const QString& title, const QString& heading,
+WizardPage::WizardPage(Flow flow, const QString& name, const QString& title, const QString& heading,
                        const QString& intro, QWidget* parent)
-    : QDialog(parent) {
+    : QDialog(parent), m_flow(flow) {
     setObjectName(name);
     setWindowTitle(title);
     setWindowIcon(Icons::App());
@@ -95,17 +94,17 @@ WizardPage::WizardPage(const QString& name, const QString& title, const QString&
 }
 
 void WizardPage::cmdNext_Click() {
-    ++Wizard::state().WizardScreen;
+    ++m_flow.screen;
     finish();
 }
 
 void WizardPage::cmdBack_Click() {
-    --Wizard::state().WizardScreen;
+    --m_flow.screen;
     finish();
 }
 
 void WizardPage::cmdCancel_Click() {
-    Wizard::state().WizardCancel = true;
+    m_flow.cancel = true;
     finish();
 }
 
@@ -116,7 +115,7 @@ void WizardPage::finish() {
 
 void WizardPage::reject() {
     if (!m_finished)
-        Wizard::state().WizardCancel = true;
+        m_flow.cancel = true;
     m_finished = true;
     QDialog::reject();
 }
