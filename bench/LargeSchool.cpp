@@ -1,7 +1,9 @@
 #include "LargeSchool.h"
 
 #include "common/Common.h"
+#include "store/ModMain.h"
 #include "store/Project.h"
+#include "store/Transaction.h"
 #include "store/clsSQLite.h"
 
 #include <QApplication>
@@ -169,6 +171,27 @@ OpenSchool::OpenSchool() : m_path(m_dir.filePath(QStringLiteral("large.VNPL"))) 
     MakeLargeSchool(QStringLiteral(VANTOR_BENCH_APP_DIR "/blank.db"), m_path);
     if (!ModMain::OpenProject(m_path))
         qFatal("cannot open the large school");
+}
+
+namespace {
+constexpr const char* kLinkTables[] = {"Slot", "TutorSlot", "RoomSlot", "ClassSlot", "SubjectSlot"};
+} // namespace
+
+Restore::Restore() {
+    for (const char* table : kLinkTables)
+        m_max << ModMain::DB()
+                     .Execute(
+                         QStringLiteral("SELECT MAX(id) AS m FROM %1").arg(QLatin1String(table)))
+                     .Field("m")
+                     .toInt();
+}
+
+void Restore::operator()() const {
+    Transaction tx;
+    for (int i = 0; i < m_max.size(); ++i)
+        ModMain::DB().Execute(QStringLiteral("DELETE FROM %1 WHERE id > %2")
+                                  .arg(QLatin1String(kLinkTables[i]))
+                                  .arg(m_max[i]));
 }
 
 int RunWithWidgets(int argc, char** argv) {

@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QTemporaryDir>
+#include <QVector>
 
 namespace Bench {
 
@@ -32,6 +33,18 @@ public:
 private:
     QTemporaryDir m_dir;
     QString m_path;
+};
+
+// Puts back the rows an action added: the actions measured only add rows, so
+// deleting those above the ids seen at construction gives every iteration
+// the same school.
+class Restore {
+public:
+    Restore();
+    void operator()() const;
+
+private:
+    QVector<int> m_max;
 };
 
 // Runs the benchmarks of a program that needs Qt's widgets, offscreen.

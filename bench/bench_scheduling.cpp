@@ -118,37 +118,11 @@ QVector<qint32> classesToTick(const QVector<ModMain::Cell>& cells) {
     return picks;
 }
 
-// A tick only adds rows: deleting those above the ids it started from puts
-// the school back as it was, so every tick meets the same school.
-class Restore {
-public:
-    Restore() {
-        for (const char* table : kTables)
-            m_max << ModMain::DB()
-                         .Execute(QStringLiteral("SELECT MAX(id) AS m FROM %1")
-                                      .arg(QLatin1String(table)))
-                         .Field("m")
-                         .toInt();
-    }
-    void operator()() const {
-        Transaction tx;
-        for (int i = 0; i < m_max.size(); ++i)
-            ModMain::DB().Execute(QStringLiteral("DELETE FROM %1 WHERE id > %2")
-                                      .arg(QLatin1String(kTables[i]))
-                                      .arg(m_max[i]));
-    }
-
-private:
-    static constexpr const char* kTables[] = {"Slot", "TutorSlot", "RoomSlot", "ClassSlot",
-                                              "SubjectSlot"};
-    QVector<qint32> m_max;
-};
-
 void BM_TickClass(benchmark::State& state) {
     school();
     const QVector<ModMain::Cell> cells = tutorCells();
     const QVector<qint32> classes = classesToTick(cells);
-    const Restore restore;
+    const Bench::Restore restore;
     int next = 0;
     for (auto _ : state) {
         ModMain::TickResource(ResourceKind::Class, classes[next], cells[next]);
@@ -170,7 +144,7 @@ void BM_TickSubject(benchmark::State& state) {
                                                        "id<>1"))
                                .Field("id")
                                .toInt();
-    const Restore restore;
+    const Bench::Restore restore;
     int next = 0;
     for (auto _ : state) {
         ModMain::TickResource(ResourceKind::Subject, subject, cells[next]);
@@ -192,7 +166,7 @@ template <bool Fast> void BM_ClassTickPropagation(benchmark::State& state) {
     school();
     const QVector<ModMain::Cell> cells = tutorCells();
     const QVector<qint32> classes = classesToTick(cells);
-    const Restore restore;
+    const Bench::Restore restore;
     int next = 0;
     for (auto _ : state) {
         const ModMain::Cell& c = cells[next];

@@ -78,6 +78,7 @@ void TestStore::actionSurvivesKill_data() {
     QTest::newRow("same size columns") << "same-size" << school;
     QTest::newRow("custom days") << "day-template" << school;
     QTest::newRow("custom hours") << "hour-template" << school;
+    QTest::newRow("one Auto Fill run") << "autofill" << school;
     QTest::newRow("ticking a class, with mirroring")
         << "tick-class" << QStringList{"prepare", "prepare-tick"};
 }

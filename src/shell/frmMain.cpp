@@ -267,6 +267,8 @@ void frmMain::wireCommands() {
     on(QStringLiteral("mnuPeriodLunch"), &frmMain::mnuPeriodLunch_Click);
     on(QStringLiteral("mnuPeriodBreak"), &frmMain::mnuPeriodBreak_Click);
     on(QStringLiteral("mnuToolsAskClashes"), &frmMain::mnuToolsAskClashes_Click);
+    on(QStringLiteral("mnuToolsAutoFill"), &frmMain::mnuToolsAutoFill_Click);
+    on(QStringLiteral("mnuToolsFillMethods"), &frmMain::mnuToolsFillMethods_Click);
     wireScheduling();
 }
 

@@ -64,6 +64,11 @@ public:
     void mnuPeriodLunch_Click();
     void mnuPeriodBreak_Click();
     void mnuToolsAskClashes_Click();
+    // Auto Fill: the wizard (offering preferredTimetable first, -1: the
+    // current class timetable) and the fill methods.
+    void mnuToolsAutoFill_Click();
+    void StartAutoFill(qint32 preferredTimetable);
+    void mnuToolsFillMethods_Click();
     // A click or a move in the timetable grid: the four lists for that cell.
     void FireGridClickEvent();
     void LoadTimetable(qint32 TimetableID);

@@ -238,8 +238,7 @@ void frmMain::DoNewTimeTableWizard() {
                                   "timetable?"),
                    MsgButtons::YesNo, MsgIcon::Question) != MsgResult::Yes)
             return;
-        if (QAction* autoFill = command(QStringLiteral("mnuToolsAutoFill")); isBuilt(autoFill))
-            autoFill->trigger();
+        StartAutoFill(id);
     });
 }
 

@@ -7,7 +7,11 @@
 //   crash_action prepare-tick PROJECT   then give Ms O'Hara a timetable and tick
 //                                       her into its Monday 8:00 cell
 //   crash_action ACTION PROJECT [N]     run ACTION; print the statement count
+//                                       (autofill: fill 7A's free cells)
 
+#include "autofill/AutoFillEngine.h"
+#include "autofill/AutoFillState.h"
+#include "common/Arrays.h"
 #include "common/Common.h"
 #include "common/FlexGrid.h"
 #include "scheduling/Assignment.h"
@@ -116,7 +120,22 @@ bool run(const QString& action) {
         TickResource(ResourceKind::Class,
                      idOf(QStringLiteral("SELECT id FROM Class WHERE name = '7A'")),
                      cellAt(tutorTimetable(), 1, 1));
-    else if (action == QLatin1String("calendar"))
+    else if (action == QLatin1String("autofill")) {
+        // 7A's free cells with Maths, Mr Brown and the rooms; the same
+        // shuffle every time, so every run writes the same rows.
+        AutoFill::State& a = AutoFill::state();
+        a.AutoFill_WhoID = idOf(QStringLiteral("SELECT id FROM Timetable WHERE Type = 'Class'"));
+        a.AutoFill_IncludeSubjects = {idOf(QStringLiteral("SELECT id FROM Subject WHERE id <> 1"))};
+        a.AutoFill_IncludeSubjectPeriods = {20};
+        a.AutoFill_Tutors = {idOf(QStringLiteral("SELECT id FROM Tutor WHERE name = 'Mr Brown'"))};
+        for (auto rs = DB().Execute(QStringLiteral("SELECT id FROM Room WHERE id <> 1")); !rs.eof();
+             rs.MoveNext())
+            a.AutoFill_Rooms << rs.Field("id").toInt();
+        a.AutoFill_MethodID = 1;
+        Common::Randomize(7);
+        FillProgress quiet;
+        return RunAutoFill(quiet) == FillOutcome::Finished;
+    } else if (action == QLatin1String("calendar"))
         Wizard::WriteProjectCalendar(hours(), kDays);
     else if (action == QLatin1String("create-tutor"))
         CreateTimetable(QStringLiteral("Tutor"),
