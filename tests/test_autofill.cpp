@@ -738,6 +738,8 @@ void TestAutoFill::wholeRun() {
     school.expect("Rooms", next);
     school.expect("Method", [](QDialog* d) {
         QCOMPARE(control<QComboBox>(d, "cboMethod")->count(), 4);
+        QCOMPARE(control<QComboBox>(d, "cboMethod")->currentText(),
+                 QString("Spread subjects across the week"));
         control<QComboBox>(d, "cboMethod")->setCurrentText("Fewest room changes");
         next(d);
     });

@@ -95,6 +95,7 @@ private Q_SLOTS:
     void exitRemembersProject_data();
     void exitRemembersProject();
     void toolbarAndLayout();
+    void autoFillButtonWithoutTimetable();
     void errorReporting();
     void commandLine();
     void help_data();
@@ -258,6 +259,22 @@ void TestShell::toolbarAndLayout() {
             QVERIFY(list->x() > w.g->x());
         }
     }
+}
+
+void TestShell::autoFillButtonWithoutTimetable() {
+    // The Tools menu waits for a timetable; Auto Fill's button offers to make one.
+    TestEnv env;
+    MessageRecorder boxes;
+    frmMain w;
+    w.Form_Load(env.newProjectWithCalendar(kWeek, kTimes));
+    boxes.clear();
+    QVERIFY(!w.findChild<QMenu*>(QStringLiteral("mnuTools"))->menuAction()->isEnabled());
+    QAction* button = w.command(QStringLiteral("tbAutoFill"));
+    QVERIFY(button->isEnabled());
+    button->trigger();
+    QCOMPARE(boxes.texts(),
+             QStringList{"You must create a class timetable before you can Auto Fill it. Would "
+                         "you like to create a class timetable now?"});
 }
 
 void TestShell::errorReporting() {

@@ -204,7 +204,17 @@ void TestTimetable::wizardCreates() {
     };
     // The caller has chosen the type.
     const auto start = [&w] { w.DoNewTimeTableWizard(); };
-    QCOMPARE(wizard({press("cmdNext"), who, style, press("cmdNext")}).run(start), QString());
+    ModalDriver driver = wizard({press("cmdNext"), who, style, press("cmdNext")});
+    if (autoFillAsked) {
+        // Yes starts Auto Fill on the new timetable.
+        p.messages.setDefault(Common::MsgResult::Yes);
+        driver.expect("frmScr_AutoFill_Welcome", press("cmdNext"));
+        driver.expect("frmScr_AutoFill_Timetable", [name](QDialog* d) {
+            QCOMPARE(control<QComboBox>(d, "cboWho")->currentText(), name);
+            clickButton(d, "cmdCancel");
+        });
+    }
+    QCOMPARE(driver.run(start), QString());
     QStringList asked = {"A timetable already exists for this " + type +
                              ". To view and change the timetable select it from the View Table "
                              "button on the main window.",

@@ -401,8 +401,14 @@ frmScr_AutoFill_Method::frmScr_AutoFill_Method(QWidget* parent)
     body()->addStretch(1);
     Guard("frmScr_AutoFill_Method", "Form_Load", [&] {
         Common::GetComboItemData_List(*cboMethod, ModMain::FillMethodChoices());
-        if (const int index = cboMethod->findData(fill().AutoFill_MethodID); index >= 0)
-            cboMethod->setCurrentIndex(index);
+        int index = cboMethod->findData(fill().AutoFill_MethodID);
+        // None chosen yet: the project's first method, not the first by name.
+        if (index < 0)
+            for (int i = 0; i < cboMethod->count(); ++i)
+                if (index < 0 ||
+                    cboMethod->itemData(i).toInt() < cboMethod->itemData(index).toInt())
+                    index = i;
+        cboMethod->setCurrentIndex(index);
     });
 }
 

@@ -467,7 +467,13 @@ void frmMain::ToolBar_ButtonClick(const QString& key) {
     if (target.isEmpty())
         return;
     QAction* action = command(target);
-    if (isBuilt(action))
+    if (!isBuilt(action))
+        return;
+    // Auto Fill offers to create a class timetable, so its button works
+    // while the Tools menu waits for a timetable on screen.
+    if (key == QLatin1String("AutoFill"))
+        mnuToolsAutoFill_Click();
+    else
         action->trigger();
 }
 
