@@ -69,6 +69,26 @@ BENCHMARK_TEMPLATE(BM_AutoFill, ModMain::Scoring::Statements)
     ->Repetitions(3)
     ->ReportAggregatesOnly(true);
 
+// The sequence phase alone: ten passes over the forty entries of the week.
+void BM_ImproveSequence(benchmark::State& state) {
+    QVector<qint32> week(40, 0);
+    for (int i = 0; i < 36; ++i)
+        week[i] = 2 + i / 6;
+    ModMain::FillProgress quiet;
+    quint32 seed = 1;
+    for (auto _ : state) {
+        state.PauseTiming();
+        QVector<qint32> list = week;
+        Common::Randomize(seed++);
+        Common::RandomizeArray(list);
+        state.ResumeTiming();
+        ModMain::ImproveSequence(list, 10, quiet);
+        benchmark::DoNotOptimize(list.data());
+    }
+    state.SetLabel("part of the fill");
+}
+BENCHMARK(BM_ImproveSequence)->Unit(benchmark::kMillisecond);
+
 } // namespace
 
 int main(int argc, char** argv) {

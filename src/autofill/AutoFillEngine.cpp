@@ -318,6 +318,34 @@ template <class Score> qint32 bestCandidate(qint32 count, Score score) {
     }
     return best;
 }
+
+// The chosen tutors or rooms, and with the fast scoring their bookings.
+struct Candidates {
+    ResourceKind kind;
+    const QVector<qint32>& chosen;
+    qint32 set;
+    std::optional<BookingIndex> index;
+};
+
+// Links the best of the candidates to the cell's slot, unless all score 0.
+void linkBest(Candidates& c, qint32 TimetableID, qint32 SlotID, qint32 ProjectTimeTitleID,
+              qint32 ProjectDayTitleID) {
+    const bool tutor = c.kind == ResourceKind::Tutor;
+    const qint32 best = bestCandidate(static_cast<qint32>(c.chosen.size()), [&](qint32 k) {
+        if (c.index)
+            return c.index->PointValue(c.chosen, k, c.set, SlotID, ProjectTimeTitleID,
+                                       ProjectDayTitleID);
+        return (tutor ? GetTutorPointValue
+                      : GetRoomPointValue)(TimetableID, SlotID, c.chosen, k, c.chosen.at(k - 1),
+                                           c.set, ProjectTimeTitleID, ProjectDayTitleID);
+    });
+    if (best == -1)
+        return;
+    const qint32 id = c.chosen.at(best - 1);
+    (tutor ? CreateTutorSlotRecord : CreateRoomSlotRecord)(SlotID, id, false);
+    if (c.index)
+        c.index->Linked(SlotID, id, ProjectTimeTitleID, ProjectDayTitleID);
+}
 } // namespace
 
 void DoAutoFill(FillProgress& progress, Scoring scoring) {
@@ -341,10 +369,11 @@ void DoAutoFill(FillProgress& progress, Scoring scoring) {
     QVector<DayRecord> DayID;
     InitPointValues(grid, TimeID, DayID, who, &progress);
 
-    std::optional<BookingIndex> tutors, rooms;
+    Candidates tutors{ResourceKind::Tutor, a.AutoFill_Tutors, method->TutorSet, {}};
+    Candidates rooms{ResourceKind::Room, a.AutoFill_Rooms, method->RoomSet, {}};
     if (scoring == Scoring::Index) {
-        tutors.emplace(ResourceKind::Tutor, who);
-        rooms.emplace(ResourceKind::Room, who);
+        tutors.index.emplace(ResourceKind::Tutor, who, tutors.chosen);
+        rooms.index.emplace(ResourceKind::Room, who, rooms.chosen);
     }
 
     qint32 SlotIndex = 1;
@@ -364,32 +393,8 @@ void DoAutoFill(FillProgress& progress, Scoring scoring) {
 
                 const qint32 pt = time.projecttimetitleid;
                 const qint32 pd = day.projectdaytitleid;
-                const qint32 tutor = bestCandidate(a.AutoFill_TutorsCount(), [&](qint32 k) {
-                    const qint32 id = a.AutoFill_Tutors.at(k - 1);
-                    return tutors ? tutors->PointValue(a.AutoFill_Tutors, k, method->TutorSet,
-                                                       SlotID, pt, pd)
-                                  : GetTutorPointValue(who, SlotID, a.AutoFill_Tutors, k, id,
-                                                       method->TutorSet, pt, pd);
-                });
-                if (tutor != -1) {
-                    const qint32 id = a.AutoFill_Tutors.at(tutor - 1);
-                    CreateTutorSlotRecord(SlotID, id, false);
-                    if (tutors)
-                        tutors->Linked(SlotID, id, pt, pd);
-                }
-                const qint32 room = bestCandidate(a.AutoFill_RoomsCount(), [&](qint32 k) {
-                    const qint32 id = a.AutoFill_Rooms.at(k - 1);
-                    return rooms ? rooms->PointValue(a.AutoFill_Rooms, k, method->RoomSet, SlotID,
-                                                     pt, pd)
-                                 : GetRoomPointValue(who, SlotID, a.AutoFill_Rooms, k, id,
-                                                     method->RoomSet, pt, pd);
-                });
-                if (room != -1) {
-                    const qint32 id = a.AutoFill_Rooms.at(room - 1);
-                    CreateRoomSlotRecord(SlotID, id, false);
-                    if (rooms)
-                        rooms->Linked(SlotID, id, pt, pd);
-                }
+                linkBest(tutors, who, SlotID, pt, pd);
+                linkBest(rooms, who, SlotID, pt, pd);
             }
             SlotIndex = nextPosition(SlotIndex);
             yieldTo(&progress);

@@ -5,7 +5,7 @@
 
 namespace ModMain {
 
-BookingIndex::BookingIndex(ResourceKind kind, qint32 TimetableID) {
+BookingIndex::BookingIndex(ResourceKind kind, qint32 TimetableID, const QVector<qint32>& chosen) {
     const QString word = KindWord(kind);
     const QString link = word + QStringLiteral("Slot");
     const QString column = link + QLatin1Char('.') + word + QStringLiteral("ID");
@@ -30,10 +30,17 @@ BookingIndex::BookingIndex(ResourceKind kind, qint32 TimetableID) {
                        "TimeTitle.ProjectTimeTitleID IS NOT NULL AND "
                        "DayTitle.ProjectDayTitleID IS NOT NULL ")
             .arg(link);
-    auto busy = DB().Execute(QStringLiteral("SELECT %1 AS id, TimeTitle.ProjectTimeTitleID AS t, "
-                                            "DayTitle.ProjectDayTitleID AS d, COUNT(*) AS tot ")
-                                 .arg(column) +
-                             booked + QStringLiteral("GROUP BY 1, 2, 3;"));
+    // Reading every booking of the project is most of the cost of a fill, so
+    // only the candidates' are read.
+    QStringList ids;
+    for (const qint32 id : chosen)
+        ids << QString::number(id);
+    auto busy = DB().Execute(
+        QStringLiteral("SELECT %1 AS id, TimeTitle.ProjectTimeTitleID AS t, "
+                       "DayTitle.ProjectDayTitleID AS d, COUNT(*) AS tot ")
+            .arg(column) +
+        booked +
+        QStringLiteral("AND %1 IN (%2) GROUP BY 1, 2, 3;").arg(column, ids.join(QLatin1Char(','))));
     for (; !busy.eof(); busy.MoveNext())
         m_busy[{busy.Field("id").toInt(), busy.Field("t").toInt(), busy.Field("d").toInt()}] +=
             busy.Field("tot").toInt();

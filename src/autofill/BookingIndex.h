@@ -14,8 +14,8 @@ namespace ModMain {
 
 class BookingIndex {
 public:
-    // kind is Tutor or Room.
-    BookingIndex(ResourceKind kind, qint32 TimetableID);
+    // kind is Tutor or Room; only the bookings of the chosen ones are read.
+    BookingIndex(ResourceKind kind, qint32 TimetableID, const QVector<qint32>& chosen);
 
     // The candidate at 1-based index of chosen, for the cell's slot at the
     // project day and period.
@@ -43,7 +43,7 @@ private:
     // Links of each resource in the timetable, and their total.
     QHash<qint32, qint32> m_usage;
     qint32 m_total = 0;
-    // Links at each project day and period, in every timetable.
+    // Links of the chosen ones at each project day and period, in every timetable.
     QHash<Booking, qint32> m_busy;
     // Links of the timetable's own slots that m_busy counts: the clash test
     // leaves the cell's own slot out.
