@@ -15,6 +15,7 @@
 #include "scheduling/Availability.h"
 #include "store/ModMain.h"
 #include "store/Records.h"
+#include "store/clsSQLite.h"
 #include "support/TestSupport.h"
 #include "timetable/SlotLookup.h"
 #include "timetable/TimetableRecords.h"
@@ -22,6 +23,7 @@
 #include <QRandomGenerator>
 #include <QtTest>
 #include <QtWidgets>
+#include <sqlite3.h>
 
 using namespace TestSupport;
 using Common::MsgResult;
@@ -490,6 +492,16 @@ void TestAutoFill::cancelAndFailure() {
     QCOMPARE(errors.reports().size(), 1);
     QCOMPARE(errors.reports()[0].procedure, QString("DoAutoFill"));
     QCOMPARE(errors.reports()[0].number, 9);
+    // Another program holds the lock: refused in words before anything runs.
+    MessageRecorder boxes;
+    ModMain::DB().SetBusyTimeout(50);
+    sqlite3* other = nullptr;
+    QCOMPARE(sqlite3_open(school.file.toUtf8().constData(), &other), SQLITE_OK);
+    QCOMPARE(sqlite3_exec(other, "BEGIN IMMEDIATE;", nullptr, nullptr, nullptr), SQLITE_OK);
+    QCOMPARE(fill(2, 1, quiet), ModMain::FillOutcome::Refused);
+    QCOMPARE(boxes.texts(), QStringList{ProjectBusyText(school.file)});
+    sqlite3_exec(other, "ROLLBACK;", nullptr, nullptr, nullptr);
+    sqlite3_close(other);
     ModMain::DB().DBClose();
     QCOMPARE(dump(school.file), original);
 }

@@ -409,7 +409,7 @@ FillOutcome RunAutoFill(FillProgress& progress, Scoring scoring) {
         [&] {
             Transaction tx;
             if (!tx.ok())
-                return FillOutcome::Failed;
+                return FillOutcome::Refused;
             // Cancel takes back what the run wrote; an error keeps it.
             DB().Execute(QStringLiteral("SAVEPOINT autofill_run;"));
             try {

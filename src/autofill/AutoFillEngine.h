@@ -101,10 +101,12 @@ void ImproveSequence(QVector<qint32>& list, qint32 SubjectSet, FillProgress& pro
 // transaction is open; see RunAutoFill for the user's action.
 void DoAutoFill(FillProgress& progress, Scoring scoring = Scoring::Index);
 
-enum class FillOutcome { Finished, Cancelled, Failed };
+enum class FillOutcome { Finished, Cancelled, Failed, Refused };
 
 // The user's Auto Fill: one transaction. Cancelled leaves the project as it
-// was; an unexpected error keeps what was written and is reported.
+// was; an unexpected error keeps what was written and is reported (Failed);
+// Refused means the project could not be locked and nothing ran (the user
+// has been told).
 FillOutcome RunAutoFill(FillProgress& progress, Scoring scoring = Scoring::Index);
 
 } // namespace ModMain

@@ -80,8 +80,9 @@ void frmAutoFill_Progress::tmrStart_Timer() {
     m_sinceYield.start();
     m_outcome = ModMain::RunAutoFill(*this);
     m_running = false;
-    if (m_outcome == ModMain::FillOutcome::Cancelled) {
-        // Nothing was kept, so the timetable on screen is still right.
+    if (m_outcome == ModMain::FillOutcome::Cancelled ||
+        m_outcome == ModMain::FillOutcome::Refused) {
+        // Nothing was written, so the timetable on screen is still right.
         QDialog::reject();
         return;
     }
