@@ -9,7 +9,7 @@ JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 # Debian 12 packages the build, the tests and the benchmarks need; CI's
 # formatting check needs clang-format too.
 PACKAGES = cmake make g++ pkgconf qt6-base-dev qt6-base-dev-tools libgl-dev \
-           libsqlite3-dev libbenchmark-dev
+           libsqlite3-dev libcsv-dev libbenchmark-dev
 CHECK_PACKAGES = clang-format
 SOURCES = $(shell git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' \
             'tools/*.cpp' 'bench/*.cpp' 'bench/*.h' 2>/dev/null)

@@ -14,6 +14,7 @@
 #include "timetable/TimetableState.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
 #include <QHelpEvent>
@@ -129,6 +130,7 @@ private Q_SLOTS:
     void periodMarking();
     void lunchColumnBothWays();
     void keyboard();
+    void listMenusEditResources();
 };
 
 void TestSchedulingWindow::statusesFollowTheSelectedCell() {
@@ -350,6 +352,32 @@ void TestSchedulingWindow::keyboard() {
     QTest::keyClick(s.w->gSubject, Qt::Key_Space);
     QCOMPARE(s.status(s.w->gSubject, s.maths), "Avail+");
     QCOMPARE(s.links("SubjectSlot", slotAt(s.t7B, 2, 1)), 1);
+}
+
+void TestSchedulingWindow::listMenusEditResources() {
+    // A list's context menu edits the resource; the lists and the grid follow.
+    School s;
+    s.select(s.t7A, 1, 1);
+    s.click(s.w->gTutor, s.mary);
+    ModalDriver driver;
+    driver.expect("frmTutor", [](QDialog* d) {
+        QCOMPARE(control<QLineEdit>(d, "txtName")->text(), QString("mary"));
+        control<QLineEdit>(d, "txtName")->setText("Mary Zhou");
+        control<QLineEdit>(d, "txtDisplayName")->setText("MZ");
+        clickButton(d, "cmdOk");
+    });
+    QTimer::singleShot(0, [] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QVERIFY(menu);
+        QVERIFY(!menu->findChild<QAction*>("mnuTutorDetails")); // she is free elsewhere
+        QVERIFY(menu->findChild<QAction*>("mnuListNew"));
+        menu->findChild<QAction*>("mnuListEdit")->trigger();
+        menu->close();
+    });
+    QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mary, 2, Qt::RightButton); }), QString());
+    QCOMPARE(s.w->gTutor->textMatrix(s.rowOf(s.w->gTutor, s.mary), 2), QString("Mary Zhou"));
+    QVERIFY(s.w->g->textMatrix(1, 1).contains("MZ"));
+    QCOMPARE(s.status(s.w->gTutor, s.mary), QString("-+"));
 }
 
 QTEST_MAIN(TestSchedulingWindow)

@@ -19,6 +19,7 @@
 #include <QMenu>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTabWidget>
 #include <QTextBrowser>
 #include <QToolButton>
 #include <QtTest>
@@ -262,7 +263,7 @@ void TestShell::toolbarAndLayout() {
 }
 
 void TestShell::autoFillButtonWithoutTimetable() {
-    // The Tools menu waits for a timetable; Auto Fill's button offers to make one.
+    // The menus wait for a timetable; Auto Fill's button offers to make one.
     TestEnv env;
     MessageRecorder boxes;
     frmMain w;
@@ -275,6 +276,18 @@ void TestShell::autoFillButtonWithoutTimetable() {
     QCOMPARE(boxes.texts(),
              QStringList{"You must create a class timetable before you can Auto Fill it. Would "
                          "you like to create a class timetable now?"});
+    // So do View Table and Manage.
+    ModalDriver driver;
+    driver.expect("frmTableOpen", [](QDialog* d) { clickButton(d, "cmdCancel"); });
+    driver.expect("frmManage", [](QDialog* d) {
+        QCOMPARE(control<QTabWidget>(d, "tsMain")->currentIndex(), 0);
+        clickButton(d, "cmdClose");
+    });
+    QCOMPARE(driver.run([&] {
+        w.command(QStringLiteral("tbView"))->trigger();
+        w.command(QStringLiteral("tbManage"))->trigger();
+    }),
+             QString());
 }
 
 void TestShell::errorReporting() {

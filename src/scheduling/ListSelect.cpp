@@ -154,27 +154,29 @@ void DoListSelect(ResourceKind kind, FlexGrid& List, int Col, Qt::MouseButton Bu
         const int row = List.row();
         if (row < 1 || row >= List.rows())
             return;
-        Cell cell;
-        if (!CurrentCell(*view.g, cell))
-            return;
         const qint32 id = List.rowData(row);
+        Cell cell;
+        const bool onCell = CurrentCell(*view.g, cell);
         Scheduling::State& s = Scheduling::state();
         if (Button == Qt::RightButton) {
-            if (kind != ResourceKind::Tutor)
-                return;
-            const bool free =
-                GetTutorAvailability(cell.ProjectTimeTitleID, cell.ProjectDayTitleID, id,
-                                     s.gBusySlotID, s.gBusySlotCount, ignoreSlot(cell.SlotID));
-            if (free)
-                return;
             QMenu menu(view.window);
-            menu.setObjectName(QStringLiteral("mnuTutorPopup"));
-            QAction* details = menu.addAction(QStringLiteral("&Details..."));
-            details->setObjectName(QStringLiteral("mnuTutorDetails"));
-            QObject::connect(details, &QAction::triggered, &menu, [] { ShowTutorDetails(); });
-            menu.exec(QCursor::pos());
+            menu.setObjectName(QStringLiteral("mnuListPopup"));
+            // A busy tutor's other timetables, as the clash question lists them.
+            if (kind == ResourceKind::Tutor && onCell &&
+                !GetTutorAvailability(cell.ProjectTimeTitleID, cell.ProjectDayTitleID, id,
+                                      s.gBusySlotID, s.gBusySlotCount, ignoreSlot(cell.SlotID))) {
+                QAction* details = menu.addAction(QStringLiteral("&Details..."));
+                details->setObjectName(QStringLiteral("mnuTutorDetails"));
+                QObject::connect(details, &QAction::triggered, &menu, [] { ShowTutorDetails(); });
+            }
+            if (view.extendMenu)
+                view.extendMenu(menu, kind, id);
+            if (!menu.isEmpty())
+                menu.exec(QCursor::pos());
             return;
         }
+        if (!onCell)
+            return;
         if (Col != 1)
             return;
         const bool adding = List.cellCheck(row, 1) != FlexGrid::Checked;
@@ -314,9 +316,9 @@ void NameBoxLostFocus(ResourceKind kind, QLineEdit& box, const SchedulingView& v
         if (kind == ResourceKind::Tutor)
             id = CreateTutorRecord(name, name, QString(), QString());
         else if (kind == ResourceKind::Subject)
-            id = CreateSubjectRecord(name, 1);
+            id = CreateSubjectRecord(name, kNewSubjectLength);
         else if (kind == ResourceKind::Room)
-            id = CreateRoomRecord(name, 0);
+            id = CreateRoomRecord(name, kNewRoomCapacity);
         if (id <= 1)
             return;
         AddResourceToList(*list, id, name, QStringLiteral("Avail"), false);

@@ -7,9 +7,11 @@
 #include "scheduling/PeriodMarking.h"
 
 #include <Qt>
+#include <functional>
 
 class FlexGrid;
 class QLineEdit;
+class QMenu;
 class QWidget;
 
 namespace ModMain {
@@ -21,6 +23,9 @@ struct SchedulingView {
     FlexGrid* g = nullptr;
     ResourceListSet lists;
     QWidget* window = nullptr;
+    // Adds the window's own commands for the resource to a list's context
+    // menu (editing it, adding another); may be empty.
+    std::function<void(QMenu& menu, ResourceKind kind, qint32 id)> extendMenu;
 };
 
 FlexGrid* ListOf(const SchedulingView& view, ResourceKind kind);

@@ -1,5 +1,7 @@
 #include "shell/frmMain.h"
 
+#include "manage/frmManage.h"
+
 #include "common/Common.h"
 #include "common/ErrorHandler.h"
 #include "common/FileDialogs.h"
@@ -111,6 +113,11 @@ void frmMain::buildMenus() {
     mnuFile->addSeparator();
     addCommand(mnuFile, QStringLiteral("mnuFilePrintPreview"), QStringLiteral("Print Pre&view..."),
                QKeySequence::Print);
+    mnuFile->addSeparator();
+    addCommand(mnuFile, QStringLiteral("mnuFileImportResources"),
+               QStringLiteral("&Import Resources..."));
+    addCommand(mnuFile, QStringLiteral("mnuFileExportResources"),
+               QStringLiteral("E&xport Resources..."));
     mnuFile->addSeparator();
     addCommand(mnuFile, QStringLiteral("mnuFileExit"), QStringLiteral("E&xit"),
                QKeySequence(QStringLiteral("Ctrl+Q")));
@@ -269,10 +276,23 @@ void frmMain::wireCommands() {
     on(QStringLiteral("mnuToolsAskClashes"), &frmMain::mnuToolsAskClashes_Click);
     on(QStringLiteral("mnuToolsAutoFill"), &frmMain::mnuToolsAutoFill_Click);
     on(QStringLiteral("mnuToolsFillMethods"), &frmMain::mnuToolsFillMethods_Click);
+    on(QStringLiteral("mnuToolsManageTutors"), [this] { ShowManage(frmManage::Tutors); });
+    on(QStringLiteral("mnuToolsManageClasses"), [this] { ShowManage(frmManage::Classes); });
+    on(QStringLiteral("mnuToolsManageRooms"), [this] { ShowManage(frmManage::Rooms); });
+    on(QStringLiteral("mnuToolsManageSubjects"), [this] { ShowManage(frmManage::Subjects); });
+    on(QStringLiteral("mnuViewTimetable"), &frmMain::mnuViewTimetable_Click);
+    on(QStringLiteral("mnuFileOpen"), &frmMain::mnuViewTimetable_Click);
+    on(QStringLiteral("mnuToolsCapacityReport"), &frmMain::mnuToolsCapacityReport_Click);
+    on(QStringLiteral("mnuFileImportResources"), &frmMain::mnuFileImportResources_Click);
+    on(QStringLiteral("mnuFileExportResources"), &frmMain::mnuFileExportResources_Click);
     wireScheduling();
 }
 
 void frmMain::on(const QString& name, void (frmMain::*handler)()) {
+    on(name, [this, handler] { (this->*handler)(); });
+}
+
+void frmMain::on(const QString& name, const std::function<void()>& handler) {
     QAction* action = m_commands.value(name);
     Q_ASSERT(action);
     if (!action)
@@ -306,6 +326,7 @@ bool writes(const QString& command) {
                                           "mnuToolsManageSubjects",
                                           "mnuToolsManageRooms",
                                           "mnuToolsManageClasses",
+                                          "mnuFileImportResources",
                                           "mnuPeriodClear",
                                           "mnuPeriodUnavailable",
                                           "mnuPeriodLunch",
@@ -469,10 +490,11 @@ void frmMain::ToolBar_ButtonClick(const QString& key) {
     QAction* action = command(target);
     if (!isBuilt(action))
         return;
-    // Auto Fill offers to create a class timetable, so its button works
-    // while the Tools menu waits for a timetable on screen.
-    if (key == QLatin1String("AutoFill"))
-        mnuToolsAutoFill_Click();
+    // These need only the project (Auto Fill offers to create a class
+    // timetable), so their buttons work while the menus wait for a timetable.
+    static const QSet<QString> projectWide = {"AutoFill", "View", "Manage"};
+    if (projectWide.contains(key))
+        Q_EMIT action->triggered(false);
     else
         action->trigger();
 }

@@ -9,6 +9,7 @@
 #include <QHash>
 #include <QMainWindow>
 #include <QSet>
+#include <functional>
 
 class FlexGrid;
 class QLabel;
@@ -69,6 +70,16 @@ public:
     void mnuToolsAutoFill_Click();
     void StartAutoFill(qint32 preferredTimetable);
     void mnuToolsFillMethods_Click();
+    // Resources, the timetable list and the capacity report.
+    void ShowManage(int page);
+    void mnuViewTimetable_Click();
+    void mnuToolsCapacityReport_Click();
+    void mnuFileImportResources_Click();
+    void mnuFileExportResources_Click();
+    // After resources changed: the lists, the grid and the timetable names.
+    void ResourcesChanged();
+    // A list's context menu: edit the resource, or add one of its kind.
+    void extendListMenu(QMenu& menu, ModMain::ResourceKind kind, qint32 id);
     // A click or a move in the timetable grid: the four lists for that cell.
     void FireGridClickEvent();
     void LoadTimetable(qint32 TimetableID);
@@ -111,6 +122,7 @@ private:
                         const QKeySequence& shortcut = QKeySequence());
     // Gives a command its handler; only such commands are ever enabled.
     void on(const QString& name, void (frmMain::*handler)());
+    void on(const QString& name, const std::function<void()>& handler);
     void setEnabled(QAction* action, bool enabled);
     void setMenuEnabled(QMenu* menu, bool enabled);
     void setToolbarEnabled(bool enabled);

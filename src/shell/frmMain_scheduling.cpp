@@ -52,6 +52,9 @@ ModMain::SchedulingView frmMain::schedulingView() const {
     view.g = g;
     view.lists = {gTutor, gSubject, gRoom, gClass};
     view.window = const_cast<frmMain*>(this);
+    view.extendMenu = [w = const_cast<frmMain*>(this)](QMenu& menu, ResourceKind kind, qint32 id) {
+        w->extendListMenu(menu, kind, id);
+    };
     return view;
 }
 

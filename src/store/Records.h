@@ -16,6 +16,11 @@ constexpr qint32 Lunch = 3;
 constexpr qint32 Break = 4;
 } // namespace SpecialID
 
+// What a subject's length and a room's capacity start as when the user adds
+// one by name; neither is read back.
+constexpr qint32 kNewSubjectLength = 1;
+constexpr qint32 kNewRoomCapacity = 0;
+
 qint32 CreateTutorRecord(const QString& name, const QString& displayName, const QString& image,
                          const QString& notes);
 qint32 CreateSubjectRecord(const QString& name, qint32 length);

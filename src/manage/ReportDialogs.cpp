@@ -1,0 +1,141 @@
+// The two list dialogs: the timetable list and the capacity report.
+
+#include "common/Common.h"
+#include "common/ErrorHandler.h"
+#include "common/FlexGrid.h"
+#include "common/Icons.h"
+#include "manage/TimetableOverview.h"
+#include "manage/frmCapacityReport.h"
+#include "manage/frmTableOpen.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+FlexGrid* addGrid(QDialog* dialog, const char* name, const QString& caption, QVBoxLayout* layout) {
+    auto* label = new QLabel(caption, dialog);
+    layout->addWidget(label);
+    auto* grid = new FlexGrid(dialog);
+    grid->setObjectName(QString::fromLatin1(name));
+    grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    grid->horizontalHeader()->setStretchLastSection(true);
+    label->setBuddy(grid);
+    layout->addWidget(grid, 1);
+    return grid;
+}
+
+QPushButton* addButton(QDialog* dialog, QHBoxLayout* row, const char* name, const QString& text) {
+    auto* button = new QPushButton(text, dialog);
+    button->setObjectName(QString::fromLatin1(name));
+    row->addWidget(button);
+    return button;
+}
+} // namespace
+
+frmTableOpen::frmTableOpen(Host host, qint32 currentTimetable, QWidget* parent)
+    : QDialog(parent), m_host(std::move(host)) {
+    setObjectName(QStringLiteral("frmTableOpen"));
+    setWindowTitle(QStringLiteral("Open Timetable"));
+    setWindowIcon(Icons::App());
+    resize(480, 420);
+    auto* layout = new QVBoxLayout(this);
+    grdTimetables =
+        addGrid(this, "grdTimetables", QStringLiteral("&Select the timetable to open:"), layout);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    cmdOk = addButton(this, buttons, "cmdOk", QStringLiteral("Open"));
+    cmdOk->setDefault(true);
+    cmdCancel = addButton(this, buttons, "cmdCancel", QStringLiteral("Cancel"));
+    layout->addLayout(buttons);
+    connect(cmdOk, &QPushButton::clicked, this, &frmTableOpen::cmdOk_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(grdTimetables, &QTableWidget::cellDoubleClicked, this, &frmTableOpen::cmdOk_Click);
+
+    Guard("frmTableOpen", "Form_Load", [&] {
+        FlexGrid& g = *grdTimetables;
+        g.clearGrid();
+        g.setCols(3);
+        g.setRows(1);
+        g.setTextMatrix(0, 0, QStringLiteral("Timetable"));
+        g.setTextMatrix(0, 1, QStringLiteral("Type"));
+        g.setTextMatrix(0, 2, QStringLiteral("Status"));
+        g.setColWidthTwips(0, 2800);
+        g.setColWidthTwips(1, 1000);
+        int current = 0;
+        for (const ModMain::TimetableListRow& row : ModMain::TimetableOpenList()) {
+            const int r = g.rows();
+            g.setRows(r + 1);
+            g.setTextMatrix(r, 0, row.name);
+            g.setTextMatrix(r, 1, row.type);
+            g.setTextMatrix(
+                r, 2, row.created ? QStringLiteral("Created") : QStringLiteral("Not Created"));
+            g.setRowData(r, row.id);
+            if (row.created && row.id == currentTimetable)
+                current = r;
+        }
+        if (g.rows() > 1)
+            g.setRowCol(current > 0 ? current : 1, 1);
+        cmdOk->setEnabled(g.rows() > 1);
+    });
+}
+
+void frmTableOpen::cmdOk_Click() {
+    Guard("frmTableOpen", "cmdOk_Click", [&] {
+        const FlexGrid& g = *grdTimetables;
+        const int r = g.row();
+        if (r < 1)
+            return;
+        const QString name = g.textMatrix(r, 0);
+        const qint32 id = g.rowData(r);
+        if (g.textMatrix(r, 2) == QLatin1String("Not Created")) {
+            if (Common::MsgBox(QStringLiteral("Create timetable for ") + name + QStringLiteral("?"),
+                               Common::MsgButtons::YesNo,
+                               Common::MsgIcon::Question) != Common::MsgResult::Yes)
+                return;
+            const QString type = g.textMatrix(r, 1);
+            accept();
+            if (m_host.createTimetable)
+                m_host.createTimetable(type, id);
+            return;
+        }
+        accept();
+        if (m_host.loadTimetable)
+            m_host.loadTimetable(id);
+    });
+}
+
+frmCapacityReport::frmCapacityReport(QWidget* parent) : QDialog(parent) {
+    setObjectName(QStringLiteral("frmCapacityReport"));
+    setWindowTitle(QStringLiteral("Capacity Report"));
+    setWindowIcon(Icons::App());
+    resize(420, 420);
+    auto* layout = new QVBoxLayout(this);
+    grdCapacity = addGrid(this, "grdCapacity", QStringLiteral("Tutor Capacity Report:"), layout);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    auto* cmdCancel = addButton(this, buttons, "cmdCancel", QStringLiteral("&Close"));
+    cmdCancel->setDefault(true);
+    layout->addLayout(buttons);
+    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    Guard("frmCapacityReport", "Form_Load", [&] {
+        FlexGrid& g = *grdCapacity;
+        g.clearGrid();
+        g.setCols(2);
+        g.setRows(1);
+        g.setTextMatrix(0, 0, QStringLiteral("Tutor Name"));
+        g.setTextMatrix(0, 1, QStringLiteral("Periods Teaching"));
+        g.setColWidthTwips(0, 2800);
+        g.setColWidthTwips(1, 1500);
+        for (const ModMain::CapacityRow& row : ModMain::TutorCapacity()) {
+            const int r = g.rows();
+            g.setRows(r + 1);
+            g.setTextMatrix(r, 0, row.name);
+            g.setTextMatrix(r, 1, row.periods);
+        }
+    });
+}

@@ -1,0 +1,130 @@
+#include "manage/ResourceDialogs.h"
+
+#include "common/Common.h"
+#include "common/ErrorHandler.h"
+#include "common/Icons.h"
+#include "common/ListHelpers.h"
+#include "manage/ManageState.h"
+#include "manage/ResourceRecords.h"
+#include "ui_frmResourceName.h"
+#include "ui_frmTutor.h"
+
+using ModMain::ResourceKind;
+
+namespace {
+void missingName(const QString& kind, const QString& lower) {
+    Common::MsgBox(QStringLiteral("A %1 name has not been entered. Please enter a %2 name to "
+                                  "continue.")
+                       .arg(kind, lower),
+                   Common::MsgButtons::Ok, Common::MsgIcon::Exclamation);
+}
+} // namespace
+
+frmTutor::frmTutor(QWidget* parent) : QDialog(parent), ui(std::make_unique<Ui::frmTutor>()) {
+    ui->setupUi(this);
+    setWindowIcon(Icons::App());
+    connect(ui->cmdOk, &QPushButton::clicked, this, &frmTutor::cmdOk_Click);
+    connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    Guard("frmTutor", "Form_Load", [&] {
+        Common::GetListBoxItemData_List(*ui->lstSubjects,
+                                        ModMain::ManageList(ResourceKind::Subject));
+        const qint32 id = Manage::state().giTutorEditID;
+        if (id == -1)
+            return;
+        if (const auto tutor = ModMain::ReadTutor(id)) {
+            ui->txtName->setText(tutor->name);
+            ui->txtDisplayName->setText(tutor->displayName);
+            Common::SelectListBox_ItemData(*ui->lstSubjects, tutor->subjects);
+        }
+    });
+}
+
+frmTutor::~frmTutor() = default;
+
+void frmTutor::cmdOk_Click() {
+    Guard("frmTutor", "cmdOk_Click", [&] {
+        if (ui->txtName->text().isEmpty()) {
+            missingName(QStringLiteral("Tutor"), QStringLiteral("tutor"));
+            return;
+        }
+        ModMain::TutorRow tutor{ui->txtName->text(), ui->txtDisplayName->text(), {}};
+        for (int i = 0; i < ui->lstSubjects->count(); ++i)
+            if (ui->lstSubjects->item(i)->isSelected())
+                tutor.subjects.append(Common::ListBoxItemData(*ui->lstSubjects, i));
+        const qint32 saved = ModMain::SaveTutor(Manage::state().giTutorEditID, tutor);
+        if (saved == -1)
+            return;
+        Manage::state().giTutorEditID = saved;
+        accept();
+    });
+}
+
+namespace {
+struct NameTexts {
+    const char* objectName;
+    const char* caption;
+    const char* word;
+};
+
+NameTexts textsOf(ResourceKind kind) {
+    switch (kind) {
+    case ResourceKind::Subject:
+        return {"frmSubject", "Subject Details", "Subject"};
+    case ResourceKind::Room:
+        return {"frmRoom", "Room Details", "Room"};
+    default:
+        return {"frmClass", "Class Details", "Class"};
+    }
+}
+} // namespace
+
+frmResourceName::frmResourceName(ResourceKind kind, QWidget* parent)
+    : QDialog(parent), m_kind(kind), ui(std::make_unique<Ui::frmResourceName>()) {
+    ui->setupUi(this);
+    const NameTexts texts = textsOf(kind);
+    setObjectName(QString::fromLatin1(texts.objectName));
+    setWindowTitle(QString::fromLatin1(texts.caption));
+    setWindowIcon(Icons::App());
+    connect(ui->cmdOk, &QPushButton::clicked, this, &frmResourceName::cmdOk_Click);
+    connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    Guard(texts.objectName, "Form_Load", [&] {
+        const qint32 id = Manage::state().editID(kind);
+        if (id == -1)
+            return;
+        if (const auto name = ModMain::ReadResourceName(kind, id))
+            ui->txtName->setText(*name);
+    });
+}
+
+frmResourceName::~frmResourceName() = default;
+
+void frmResourceName::cmdOk_Click() {
+    const NameTexts texts = textsOf(m_kind);
+    Guard(texts.objectName, "cmdOk_Click", [&] {
+        const QString word = QString::fromLatin1(texts.word);
+        if (ui->txtName->text().isEmpty()) {
+            missingName(word, word);
+            return;
+        }
+        qint32& id = Manage::state().editID(m_kind);
+        const qint32 saved = ModMain::SaveResourceName(m_kind, id, ui->txtName->text());
+        if (saved == -1)
+            return;
+        id = saved;
+        accept();
+    });
+}
+
+namespace Manage {
+
+bool EditResource(ResourceKind kind, qint32 id, QWidget* parent) {
+    state().editID(kind) = id;
+    if (kind == ResourceKind::Tutor) {
+        frmTutor dialog(parent);
+        return dialog.exec() == QDialog::Accepted;
+    }
+    frmResourceName dialog(kind, parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+} // namespace Manage
