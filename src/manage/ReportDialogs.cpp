@@ -29,6 +29,16 @@ FlexGrid* addGrid(QDialog* dialog, const char* name, const QString& caption, QVB
     return grid;
 }
 
+// One body row of texts, as compact as the window's lists.
+void addRow(FlexGrid& g, const QStringList& texts, qint32 data = 0) {
+    const int r = g.rows();
+    g.setRows(r + 1);
+    for (int c = 0; c < texts.size(); ++c)
+        g.setTextMatrix(r, c, texts[c]);
+    g.setRowData(r, data);
+    g.setRowHeightTwips(r, 330);
+}
+
 QPushButton* addButton(QDialog* dialog, QHBoxLayout* row, const char* name, const QString& text) {
     auto* button = new QPushButton(text, dialog);
     button->setObjectName(QString::fromLatin1(name));
@@ -68,18 +78,17 @@ frmTableOpen::frmTableOpen(Host host, qint32 currentTimetable, QWidget* parent)
         g.setColWidthTwips(1, 1000);
         int current = 0;
         for (const ModMain::TimetableListRow& row : ModMain::TimetableOpenList()) {
-            const int r = g.rows();
-            g.setRows(r + 1);
-            g.setTextMatrix(r, 0, row.name);
-            g.setTextMatrix(r, 1, row.type);
-            g.setTextMatrix(
-                r, 2, row.created ? QStringLiteral("Created") : QStringLiteral("Not Created"));
-            g.setRowData(r, row.id);
+            addRow(g,
+                   {row.name, row.type,
+                    row.created ? QStringLiteral("Created") : QStringLiteral("Not Created")},
+                   row.id);
             if (row.created && row.id == currentTimetable)
-                current = r;
+                current = g.rows() - 1;
         }
-        if (g.rows() > 1)
-            g.setRowCol(current > 0 ? current : 1, 1);
+        if (g.rows() > 1) {
+            const int r = current > 0 ? current : 1;
+            g.selectRange(r, 1, r, 2);
+        }
         cmdOk->setEnabled(g.rows() > 1);
     });
 }
@@ -132,10 +141,7 @@ frmCapacityReport::frmCapacityReport(QWidget* parent) : QDialog(parent) {
         g.setColWidthTwips(0, 2800);
         g.setColWidthTwips(1, 1500);
         for (const ModMain::CapacityRow& row : ModMain::TutorCapacity()) {
-            const int r = g.rows();
-            g.setRows(r + 1);
-            g.setTextMatrix(r, 0, row.name);
-            g.setTextMatrix(r, 1, row.periods);
+            addRow(g, {row.name, row.periods});
         }
     });
 }

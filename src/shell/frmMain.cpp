@@ -156,7 +156,7 @@ void frmMain::buildMenus() {
                QStringLiteral("Manage &Classes..."));
     mnuTools->addSeparator();
     addCommand(mnuTools, QStringLiteral("mnuToolsCapacityReport"),
-               QStringLiteral("Tutor Capacity &Report..."));
+               QStringLiteral("Tutor Ca&pacity Report..."));
 
     mnuPeriod = menuBar()->addMenu(QStringLiteral("&Period"));
     mnuPeriod->setObjectName(QStringLiteral("mnuPeriod"));
