@@ -23,24 +23,6 @@ using Common::MsgResult;
 using ModMain::ResourceKind;
 
 namespace {
-template <class... A> QString value(QString sql, const A&... args) {
-    ((sql = sql.arg(args)), ...);
-    return ModMain::DB().Execute(sql).Field(qint16(0)).toString();
-}
-
-// The rows of a query, one text per row, fields joined by '|'.
-template <class... A> QStringList rows(QString sql, const A&... args) {
-    ((sql = sql.arg(args)), ...);
-    QStringList out;
-    for (const auto& row : ModMain::DB().Execute(sql).vTableArray().mid(1)) {
-        QStringList fields;
-        for (const Variant& v : row)
-            fields << v.toString();
-        out << fields.join('|');
-    }
-    return out;
-}
-
 qint32 insertClass(const QString& name) {
     value("INSERT INTO Class (name) VALUES ('%1')", Common::SQLReplace(name));
     return ModMain::DB().GetInsertID();

@@ -20,13 +20,6 @@ using namespace TestSupport;
 using ModMain::ResourceKind;
 
 namespace {
-// Runs a statement on the open project, %1, %2, ... taking the arguments;
-// the first field of its first row.
-template <class... A> QString value(QString sql, const A&... args) {
-    ((sql = sql.arg(args)), ...);
-    return ModMain::DB().Execute(sql).Field(qint16(0)).toString();
-}
-
 // Opens a project for a test. Nothing here needs writes to reach the disk
 // (tickSurvivesKill checks that in a process of its own), and waiting for it
 // would make the tests slow.

@@ -28,11 +28,6 @@ using namespace TestSupport;
 using Common::MsgResult;
 
 namespace {
-template <class... A> QString value(QString sql, const A&... args) {
-    ((sql = sql.arg(args)), ...);
-    return ModMain::DB().Execute(sql).Field(qint16(0)).toString();
-}
-
 qint32 projectID(const char* table, int pos) {
     return value("SELECT id FROM Project%1 WHERE Pos = %2", table, pos).toInt();
 }

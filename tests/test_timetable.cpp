@@ -27,13 +27,6 @@
 using namespace TestSupport;
 
 namespace {
-// Runs a statement on the open project, %1, %2, ... taking the arguments;
-// the first field of its first row.
-template <class... A> QString value(QString sql, const A&... args) {
-    ((sql = sql.arg(args)), ...);
-    return ModMain::DB().Execute(sql).Field(qint16(0)).toString();
-}
-
 // Writes a timetable as the wizard would, without its screens.
 qint32 makeTimetable(const QString& type, qint32 whoID) {
     return ModMain::CreateTimetable(type, whoID, 1);

@@ -6,6 +6,7 @@
 #include "common/Common.h"
 #include "common/ErrorHandler.h"
 #include "common/FileDialogs.h"
+#include "store/ModMain.h"
 
 #include <QList>
 #include <QString>
@@ -110,6 +111,24 @@ QString writeFile(const QString& path, const QByteArray& bytes);
 // Every row of every table of a project file, in a fixed order, as text: two
 // files with the same dump hold the same data, ids included.
 QString dump(const QString& file);
+
+// Runs a statement on the open project, %1, %2, ... taking the arguments:
+// the first field of its first row, and every row with its fields joined by '|'.
+template <class... A> QString value(QString sql, const A&... args) {
+    ((sql = sql.arg(args)), ...);
+    return ModMain::DB().Execute(sql).Field(qint16(0)).toString();
+}
+template <class... A> QStringList rows(QString sql, const A&... args) {
+    ((sql = sql.arg(args)), ...);
+    QStringList out;
+    for (const auto& row : ModMain::DB().Execute(sql).vTableArray().mid(1)) {
+        QStringList fields;
+        for (const Variant& v : row)
+            fields << v.toString();
+        out << fields.join(QLatin1Char('|'));
+    }
+    return out;
+}
 
 // Clicks the named push button on a screen.
 void clickButton(QWidget* screen, const char* name);
