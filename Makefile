@@ -7,9 +7,12 @@ SANITIZE   ?= OFF
 JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 
 # Debian 12 packages the build, the tests and the benchmarks need; CI's
-# formatting check needs clang-format too.
+# formatting check needs clang-format too. Liberation Serif stands in for
+# Times New Roman on paper with the same metrics; the tests read printed
+# PDFs back with pdftotext (poppler-utils).
 PACKAGES = cmake make g++ pkgconf qt6-base-dev qt6-base-dev-tools libgl-dev \
-           libsqlite3-dev libcsv-dev libbenchmark-dev
+           libsqlite3-dev libcsv-dev libbenchmark-dev fonts-liberation2 \
+           poppler-utils
 CHECK_PACKAGES = clang-format
 SOURCES = $(shell git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' \
             'tools/*.cpp' 'bench/*.cpp' 'bench/*.h' 2>/dev/null)

@@ -3,6 +3,7 @@
 #include "common/Common.h"
 #include "common/Settings.h"
 #include "common/Variant.h"
+#include "print/CommandLineExport.h"
 #include "shell/frmHelp.h"
 #include "shell/frmMain.h"
 #include "store/ModMain.h"
@@ -19,13 +20,39 @@ namespace ModMain {
 namespace {
 const char* const kUsage =
     "Usage: vantor-planner [FILE.VNPL]\n"
+    "       vantor-planner --export-pdf OUT.pdf [--all] [--timetable NAME] FILE.VNPL\n"
+    "       vantor-planner --export-html OUT.html [--all] [--timetable NAME] FILE.VNPL\n"
     "\n"
     "Vantor Planner builds school timetables. Each school's tutors, subjects,\n"
     "rooms, classes, days, periods and timetables live in one project file.\n"
     "\n"
-    "  FILE.VNPL      open this project instead of the one open at the last exit\n"
-    "  -h, --help     show this help and exit\n"
-    "  -v, --version  show the version and exit\n";
+    "  FILE.VNPL             open this project instead of the one open at the last exit\n"
+    "  --export-pdf OUT      write the project's first timetable to OUT as PDF, and exit\n"
+    "  --export-html OUT     the same as one HTML page\n"
+    "  --all                 with an export: every timetable\n"
+    "  --timetable NAME      with an export: the timetable called NAME, as \"Class 7A\"\n"
+    "  -h, --help            show this help and exit\n"
+    "  -v, --version         show the version and exit\n"
+    "\n"
+    "An export needs no display and changes nothing in the project.\n";
+
+// Writes what the command line asked for, with no window.
+int runExport(int argc, char** argv, Print::ExportRequest request) {
+    // No display is needed, and none may be there.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    // Nobody is there to answer a box: its words go to the terminal.
+    Common::SetMsgBoxHandler([](const QString& text, auto, auto, const QString&) {
+        std::fprintf(stderr, "vantor-planner: %s\n", qPrintable(text));
+        return Common::MsgResult::Ok;
+    });
+    QString error;
+    const int status = Print::RunExport(request, error);
+    if (!error.isEmpty())
+        std::fprintf(stderr, "vantor-planner: %s\n", qPrintable(error));
+    return status;
+}
 } // namespace
 
 void DoFirstRun(frmMain& main) {
@@ -57,8 +84,35 @@ void DoFirstRun(frmMain& main) {
 int Main(int argc, char** argv) {
     // Answer --help and --version before Qt needs a display.
     QString projectFile;
+    Print::ExportRequest exportRequest;
+    bool exporting = false, exportOption = false;
     for (int i = 1; i < argc; ++i) {
         const char* arg = argv[i];
+        const bool pdf = std::strcmp(arg, "--export-pdf") == 0;
+        if (pdf || std::strcmp(arg, "--export-html") == 0 || std::strcmp(arg, "--timetable") == 0) {
+            if (i + 1 >= argc) {
+                std::fprintf(stderr, "vantor-planner: %s needs a value\n\n%s", arg, kUsage);
+                return 2;
+            }
+            const QString value = QString::fromLocal8Bit(argv[++i]);
+            if (std::strcmp(arg, "--timetable") == 0) {
+                exportRequest.timetable = value;
+                exportOption = true;
+            } else {
+                if (exporting) {
+                    std::fprintf(stderr, "vantor-planner: only one export at a time\n");
+                    return 2;
+                }
+                exporting = true;
+                exportRequest.html = !pdf;
+                exportRequest.output = value;
+            }
+            continue;
+        }
+        if (std::strcmp(arg, "--all") == 0) {
+            exportRequest.all = exportOption = true;
+            continue;
+        }
         if (std::strcmp(arg, "-h") == 0 || std::strcmp(arg, "--help") == 0) {
             std::fputs(kUsage, stdout);
             return 0;
@@ -76,6 +130,19 @@ int Main(int argc, char** argv) {
             return 2;
         }
         projectFile = QString::fromLocal8Bit(arg);
+    }
+    if (exportOption && !exporting) {
+        std::fprintf(stderr, "vantor-planner: --all and --timetable go with an export\n\n%s",
+                     kUsage);
+        return 2;
+    }
+    if (exporting) {
+        if (projectFile.isEmpty()) {
+            std::fprintf(stderr, "vantor-planner: name the project to export from\n\n%s", kUsage);
+            return 2;
+        }
+        exportRequest.project = projectFile;
+        return runExport(argc, argv, exportRequest);
     }
 
     QApplication app(argc, argv);

@@ -46,6 +46,12 @@ void frmMain::mnuViewTimetable_Click() {
         frmTableOpen::Host host;
         host.loadTimetable = [this](qint32 id) { LoadTimetable(id); };
         host.createTimetable = [this](const QString& type, qint32 owner) {
+            if (ModMain::DB().IsReadOnly()) {
+                MsgBox(QStringLiteral("This project is open for reading only, so no timetable can "
+                                      "be created in it."),
+                       MsgButtons::Ok, MsgIcon::Exclamation);
+                return;
+            }
             Wizard::state().WizardWhoID = owner;
             Wizard::state().WizardType = type;
             DoNewTimeTableWizard();

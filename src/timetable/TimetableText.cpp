@@ -102,17 +102,27 @@ QHash<qint32, QString> FormatSlotTexts(qint32 TimetableID, const QString& Type) 
     return texts;
 }
 
-QString FormatTimeTitle(const QTime& StartTime, qint32 Duration) {
-    return StripAMPM(StartTime) + QStringLiteral(" - ") +
-           StripAMPM(StartTime.addSecs(qint64(Duration) * 60));
-}
-
-QString StripAMPM(const QTime& Time) {
-    if (!Timetable::current().Time12Hour)
+namespace {
+QString clockText(const QTime& Time, bool Time12Hour) {
+    if (!Time12Hour)
         return Time.toString(QStringLiteral("h:mm")).trimmed();
     QString text = Time.toString(QStringLiteral("h:mm AP"));
     text.remove(Time.toString(QStringLiteral("AP")));
     return text.trimmed();
+}
+} // namespace
+
+QString FormatTimeTitle(const QTime& StartTime, qint32 Duration) {
+    return FormatTimeTitle(StartTime, Duration, Timetable::current().Time12Hour);
+}
+
+QString FormatTimeTitle(const QTime& StartTime, qint32 Duration, bool Time12Hour) {
+    return clockText(StartTime, Time12Hour) + QStringLiteral(" - ") +
+           clockText(StartTime.addSecs(qint64(Duration) * 60), Time12Hour);
+}
+
+QString StripAMPM(const QTime& Time) {
+    return clockText(Time, Timetable::current().Time12Hour);
 }
 
 } // namespace ModMain

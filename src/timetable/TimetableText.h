@@ -17,6 +17,8 @@ QHash<qint32, QString> FormatSlotTexts(qint32 TimetableID, const QString& Type);
 QString EmptySlotText(const QString& Type);
 // "9:00 - 10:00": start and end of a period in the current clock style.
 QString FormatTimeTitle(const QTime& StartTime, qint32 Duration);
+// The same in the clock style given, for a timetable not on show.
+QString FormatTimeTitle(const QTime& StartTime, qint32 Duration, bool Time12Hour);
 // One clock time in the current timetable's style; the 12-hour form carries
 // no AM/PM mark.
 QString StripAMPM(const QTime& Time);

@@ -1,0 +1,208 @@
+// Timetables on paper: the layout of one timetable, the HTML page, the PDF's
+// text read back, and the command-line export with its errors.
+
+#include "common/Common.h"
+#include "print/PrintLayout.h"
+#include "print/TimetablePrinting.h"
+#include "store/ModMain.h"
+#include "store/Records.h"
+#include "support/TestSupport.h"
+#include "timetable/SlotLookup.h"
+#include "timetable/TimetableRecords.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTextDocument>
+#include <QtTest>
+
+using namespace TestSupport;
+
+namespace {
+// Two days of three periods from 11:00, the second period lunch; class
+// <7A & "B"> with Maths by Ms Świątek in Lab on Monday 11:00, and a room
+// timetable for Lab.
+struct School {
+    TestEnv env;
+    ErrorRecorder errors;
+    QString file =
+        env.newProjectWithCalendar({"Monday", "Tuesday"}, {"11:00", "12:00", "13:00", "14:00"});
+    qint32 klass = 0, room = 0;
+    School() {
+        if (!env.open(file))
+            qFatal("cannot open the test project");
+        const qint32 tutor = ModMain::CreateTutorRecord("Świątek", "Ms Świątek", "", "");
+        const qint32 maths = ModMain::CreateSubjectRecord("Maths", 1);
+        const qint32 lab = ModMain::CreateRoomRecord("Lab", 1);
+        value("INSERT INTO Class (name) VALUES ('7A & \"B\" <x>')");
+        klass = ModMain::CreateTimetable("Class", ModMain::DB().GetInsertID(), 1);
+        room = ModMain::CreateTimetable("Room", lab, 1);
+        value("UPDATE TimeTitle SET SpecialID = 3 WHERE Pos = 2");
+        const qint32 slot = ModMain::DoCreateGetSlot(klass,
+                                                     value("SELECT id FROM ProjectTimeTitle WHERE "
+                                                           "Pos = 1")
+                                                         .toInt(),
+                                                     value("SELECT id FROM ProjectDayTitle WHERE "
+                                                           "Pos = 1")
+                                                         .toInt());
+        ModMain::CreateTutorSlotRecord(slot, tutor);
+        ModMain::CreateSubjectSlotRecord(slot, maths);
+        ModMain::CreateRoomSlotRecord(slot, lab);
+    }
+    ~School() { QVERIFY(errors.reports().isEmpty()); }
+};
+
+struct Run {
+    int status = -1;
+    QString out, err;
+};
+
+// The program itself, with no display of any kind.
+Run program(const TestEnv& env, const QStringList& args) {
+    QProcess p;
+    QProcessEnvironment e = QProcessEnvironment::systemEnvironment();
+    e.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    e.remove(QStringLiteral("DISPLAY"));
+    e.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    e.insert(QStringLiteral("XDG_CONFIG_HOME"), env.path(QStringLiteral("config")));
+    p.setProcessEnvironment(e);
+    p.start(QStringLiteral(VANTOR_TEST_APP_DIR "/vantor-planner"), args);
+    if (!p.waitForFinished(60000))
+        return {};
+    return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1,
+            QString::fromUtf8(p.readAllStandardOutput()),
+            QString::fromUtf8(p.readAllStandardError())};
+}
+
+QString pdfText(const QString& pdf) {
+    QProcess p;
+    p.start(QStringLiteral("pdftotext"), {pdf, QStringLiteral("-")});
+    p.waitForFinished(60000);
+    return QString::fromUtf8(p.readAllStandardOutput());
+}
+} // namespace
+
+class TestPrint : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void layout_data();
+    void layout();
+    void html();
+    void pdfHoldsTheText();
+    void commandLine();
+};
+
+void TestPrint::layout_data() {
+    QTest::addColumn<bool>("timeOnTop");
+    QTest::addColumn<bool>("twelveHour");
+    QTest::addColumn<QString>("format");
+    const QString times24 = "11:00 - 12:00|Lunch|13:00 - 14:00";
+    const QString times12 = "11:00 - 12:00|Lunch|1:00 - 2:00";
+    const QString lesson = "Ms Świątek\nMaths\nLab";
+    QTest::newRow("periods across, 24-hour")
+        << true << false << "^|" + times24 + ";Monday|" + lesson + "||;Tuesday|||";
+    QTest::newRow("periods across, 12-hour")
+        << true << true << "^|" + times12 + ";Monday|" + lesson + "||;Tuesday|||";
+    QTest::newRow("days across, 24-hour")
+        << false << false
+        << "^|Monday|Tuesday;11:00 - 12:00|" + lesson + "|;Lunch||;13:00 - 14:00||";
+    QTest::newRow("days across, 12-hour")
+        << false << true << "^|Monday|Tuesday;11:00 - 12:00|" + lesson + "|;Lunch||;1:00 - 2:00||";
+}
+
+void TestPrint::layout() {
+    QFETCH(bool, timeOnTop);
+    QFETCH(bool, twelveHour);
+    QFETCH(QString, format);
+    School s;
+    ModMain::SaveTimetableFormat(s.klass, twelveHour, timeOnTop);
+    const ModMain::PrintedTimetable t = ModMain::PrintTimetable(s.klass);
+    QCOMPARE(t.title, QString("Class 7A & \"B\" <x>"));
+    QCOMPARE(t.FormatString(), format);
+    QCOMPARE(t.cells.size(), t.rowHeadings.size());
+    QCOMPARE(ModMain::PrintTimetable(9999).id, 0);
+}
+
+void TestPrint::html() {
+    School s;
+    const QString html =
+        Print::TimetablesHtml({ModMain::PrintTimetable(s.klass), ModMain::PrintTimetable(s.room)});
+    QVERIFY(html.contains("<meta charset=\"utf-8\">"));
+    QVERIFY(html.contains("<h1>Class 7A &amp; &quot;B&quot; &lt;x&gt;</h1>"));
+    QVERIFY(html.contains("<td>Ms Świątek<br>Maths<br>Lab</td>"));
+    QVERIFY(!html.contains("<x>"));
+    QCOMPARE(html.count("<section>"), 2);
+    // Escaped text comes back intact.
+    QTextDocument doc;
+    doc.setHtml(html);
+    QVERIFY(doc.toPlainText().contains("Class 7A & \"B\" <x>"));
+}
+
+void TestPrint::pdfHoldsTheText() {
+    School s;
+    for (const auto layout : {Print::Layout::SizeToFit, Print::Layout::Columns3}) {
+        Print::PageOptions options;
+        options.layout = layout;
+        const QString pdf = s.env.path("out.pdf");
+        QCOMPARE(
+            Print::WritePdf(
+                pdf, {ModMain::PrintTimetable(s.klass), ModMain::PrintTimetable(s.room)}, options),
+            QString());
+        const QString text = pdfText(pdf);
+        for (const char* expected : {"Class 7A & \"B\" <x>", "Room Lab", "Monday", "Tuesday",
+                                     "11:00 - 12:00", "Lunch", "Ms Świątek", "Maths"})
+            QVERIFY2(text.contains(QString::fromUtf8(expected)), expected);
+    }
+}
+
+void TestPrint::commandLine() {
+    School s;
+    ModMain::DB().DBClose();
+    const QString before = dump(s.file);
+    const QString out = s.env.path("all.html");
+
+    // Every timetable once, in the project's order; nothing in it changed.
+    Run r = program(s.env, {"--export-html", out, "--all", s.file});
+    QCOMPARE(r.status, 0);
+    const QString html = QString::fromUtf8(readFile(out));
+    QRegularExpression h1("<h1>(.*?)</h1>");
+    QStringList titles;
+    for (auto m = h1.globalMatch(html); m.hasNext();)
+        titles << m.next().captured(1);
+    QCOMPARE(titles, (QStringList{"Class 7A &amp; &quot;B&quot; &lt;x&gt;", "Room Lab"}));
+    QCOMPARE(dump(s.file), before);
+
+    r = program(s.env, {"--export-pdf", s.env.path("lab.pdf"), "--timetable", "Room Lab", s.file});
+    QCOMPARE(r.status, 0);
+    QVERIFY(pdfText(s.env.path("lab.pdf")).contains("Room Lab"));
+    QVERIFY(!pdfText(s.env.path("lab.pdf")).contains("Maths"));
+
+    const QString empty = s.env.newProject("empty.VNPL");
+    const QString text = writeFile(s.env.path("notes.VNPL"), "not a project");
+    const struct {
+        QStringList args;
+        int status;
+        const char* says;
+    } bad[] = {
+        {{"--export-pdf", out, s.env.path("missing.VNPL")}, 1, "There is no project file"},
+        {{"--export-pdf", out, text}, 1, "Unable to open project file"},
+        {{"--export-pdf", out, empty}, 1, "has no timetables to export"},
+        {{"--export-pdf", out, "--timetable", "Class 9Z", s.file},
+         1,
+         "has no timetable called \"Class 9Z\". Its timetables are: Class 7A"},
+        {{"--export-html", s.env.path("no/such/dir/x.html"), s.file}, 1, "cannot be written"},
+        {{"--export-pdf"}, 2, "--export-pdf needs a value"},
+        {{"--all", s.file}, 2, "go with an export"},
+        {{"--export-pdf", out}, 2, "name the project"},
+    };
+    for (const auto& b : bad) {
+        r = program(s.env, b.args);
+        QVERIFY2(r.status == b.status && r.err.contains(b.says),
+                 qPrintable(b.args.join(' ') + " -> " + QString::number(r.status) + " " + r.err));
+    }
+    QCOMPARE(dump(s.file), before);
+    r = program(s.env, {"--help"});
+    QVERIFY(r.out.contains("--export-pdf OUT") && r.out.contains("--timetable NAME"));
+}
+
+QTEST_MAIN(TestPrint)
+#include "test_print.moc"
