@@ -168,6 +168,7 @@ void TestManage::detailDialogs() {
         p.messages.clear();
         p.driver.expect(k.dialog, [&](QDialog* d) {
             QCOMPARE(d->windowTitle(), QString(k.caption));
+            control<QLineEdit>(d, "txtName")->setText("   ");
             clickButton(d, "cmdOk");
             control<QLineEdit>(d, "txtName")->setText("Room \"B\", l'été");
             clickButton(d, "cmdOk");
@@ -322,12 +323,14 @@ void TestManage::importAddsAndSkips() {
                             ";Lab;Room;;\r\n"
                             ";;;;\r\n"
                             ";Ωmega 7;Class;;\r\n"
-                            ";Lab;Room;;\r\n";
+                            ";Lab;Room;;\r\n"
+                            ";\" ART; DESIGN \";Subject;;\r\n";
     const auto result = ModMain::ImportResources(writeFile(p.env.path("school.csv"), text));
     QVERIFY2(result.ok, qPrintable(result.message));
     QCOMPARE(result.message, QString("Imported from school.csv.\n\n"
                                      "Added 2 subjects, 0 rooms, 1 class, 1 tutor.\n"
-                                     "Skipped 2 already in the project: Lab, Lab.\n\n"
+                                     "Skipped 3 already in the project or earlier in the "
+                                     "file: ART; DESIGN, Lab, Lab.\n\n"
                                      "Line 4: Mrs \"Mac\" O'Neil teaches \"Latin\", which is no "
                                      "subject; left out."));
     QCOMPARE(resources(),

@@ -4,15 +4,21 @@
 #include "common/Common.h"
 #include "print/PrintLayout.h"
 #include "print/TimetablePrinting.h"
+#include "print/frmPrintPreview.h"
 #include "store/ModMain.h"
 #include "store/Records.h"
 #include "support/TestSupport.h"
 #include "timetable/SlotLookup.h"
 #include "timetable/TimetableRecords.h"
 
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QProcess>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QTextDocument>
+#include <QToolButton>
 #include <QtTest>
 
 using namespace TestSupport;
@@ -89,6 +95,7 @@ private Q_SLOTS:
     void html();
     void pdfHoldsTheText();
     void commandLine();
+    void previewDialog();
 };
 
 void TestPrint::layout_data() {
@@ -202,6 +209,64 @@ void TestPrint::commandLine() {
     QCOMPARE(dump(s.file), before);
     r = program(s.env, {"--help"});
     QVERIFY(r.out.contains("--export-pdf OUT") && r.out.contains("--timetable NAME"));
+}
+
+void TestPrint::previewDialog() {
+    School s;
+    MessageRecorder messages;
+    FileDialogRecorder files;
+    frmPrintPreview d(s.klass);
+    const auto entries = [](const QComboBox* c) {
+        QStringList out;
+        for (int i = 0; i < c->count(); ++i)
+            out << c->itemText(i);
+        return out;
+    };
+    QCOMPARE(entries(d.cboLayout),
+             (QStringList{"Size to fit page", "2 Columns", "3 Columns", "4 Columns"}));
+    QCOMPARE(entries(d.cboOrientation), (QStringList{"Portrait", "Landscape"}));
+    QCOMPARE(entries(d.cboToPrint), (QStringList{"Current timetable", "All timetables"}));
+    QCOMPARE(entries(d.cboPrintTo), (QStringList{"Printer", "HTML", "PDF"}));
+    QCOMPARE(d.tables().size(), 1);
+
+    // Laid out again for each change of what or how, not for the guides.
+    int layouts = d.layouts();
+    const auto relaidOut = [&] {
+        const bool again = d.layouts() == layouts + 1;
+        layouts = d.layouts();
+        return again;
+    };
+    d.cboOrientation->setCurrentIndex(1);
+    QVERIFY(relaidOut());
+    QCOMPARE(d.options().orientation, QPageLayout::Landscape);
+    d.cboToPrint->setCurrentIndex(1);
+    QVERIFY(relaidOut());
+    QCOMPARE(d.tables().size(), 2);
+    d.updownColumnWidthUp->click();
+    QVERIFY(relaidOut());
+    QCOMPARE(d.txtColumnWidth->text(), QString("1500"));
+    d.updownRowHeightDown->click();
+    QVERIFY(relaidOut());
+    QCOMPARE(d.options().rowHeight, 800);
+    d.chkShowGuides->toggle();
+    QCOMPARE(d.layouts(), layouts);
+    // Three columns of two days give each timetable a wider column.
+    d.cboLayout->setCurrentIndex(2);
+    QVERIFY(relaidOut());
+    QCOMPARE(d.txtColumnWidth->text(), QString("1500"));
+
+    // Print to HTML and to PDF write what the preview shows.
+    d.cboPrintTo->setCurrentIndex(frmPrintPreview::ToHtml);
+    files.choose(s.env.path("week.html"));
+    d.cmdPrint->click();
+    QCOMPARE(QString::fromUtf8(readFile(s.env.path("week.html"))).count("<section>"), 2);
+    d.cboPrintTo->setCurrentIndex(frmPrintPreview::ToPdf);
+    files.choose(s.env.path("week.pdf"));
+    d.cmdPrint->click();
+    QVERIFY(pdfText(s.env.path("week.pdf")).contains("Room Lab"));
+    files.cancel();
+    d.cmdPrint->click();
+    QVERIFY(messages.messages().isEmpty());
 }
 
 QTEST_MAIN(TestPrint)

@@ -276,6 +276,12 @@ void TestShell::autoFillButtonWithoutTimetable() {
     QCOMPARE(boxes.texts(),
              QStringList{"You must create a class timetable before you can Auto Fill it. Would "
                          "you like to create a class timetable now?"});
+    // Print Preview says what it needs.
+    boxes.clear();
+    w.mnuFilePrintPreview_Click();
+    QCOMPARE(boxes.texts(), QStringList{"No timetable selected to print. Please select a timetable "
+                                        "to continue (press the View Table button on the "
+                                        "toolbar)."});
     // So do View Table and Manage.
     ModalDriver driver;
     driver.expect("frmTableOpen", [](QDialog* d) { clickButton(d, "cmdCancel"); });

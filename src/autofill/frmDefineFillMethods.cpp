@@ -35,8 +35,11 @@ void frmDefineFillMethods::RefreshList(qint32 SelectID) {
     Common::GetListBoxItemData_List(*ui->lstItems, ModMain::MethodList());
     if (SelectID != -1)
         Common::SelectListBox_ItemData(*ui->lstItems, {SelectID});
+    // No row looks chosen unless one is: Edit and Remove act on the selection.
     if (const auto selected = ui->lstItems->selectedItems(); !selected.isEmpty())
         ui->lstItems->setCurrentItem(selected.first());
+    else
+        ui->lstItems->setCurrentItem(nullptr, QItemSelectionModel::NoUpdate);
 }
 
 qint32 frmDefineFillMethods::selectedMethod() {

@@ -174,12 +174,17 @@ QString counted(int n, ResourceKind kind) {
     return QStringLiteral("%1 %2").arg(n).arg(word);
 }
 
-// The names of a kind already in the project, with their ids.
+// How names are matched: "HALL" and " Hall" are the Hall already there.
+QString key(const QString& name) {
+    return name.trimmed().toCaseFolded();
+}
+
+// The names of a kind already in the project, by key, with their ids.
 QHash<QString, qint32> namesOf(ResourceKind kind) {
     QHash<QString, qint32> names;
     const TableArray rows = ManageList(kind);
     for (const auto& row : rows.mid(1))
-        names.insert(row.value(1).toString(), row.value(0).toInt());
+        names.insert(key(row.value(1).toString()), row.value(0).toInt());
     return names;
 }
 
@@ -188,7 +193,7 @@ qint32 add(const Entry& e, const QHash<QString, qint32>& subjects, QStringList& 
         return SaveResourceName(e.kind, -1, e.name);
     TutorRow tutor{e.name, e.displayName, {}};
     for (const QString& subject : e.subjects) {
-        if (const auto it = subjects.constFind(subject); it != subjects.cend())
+        if (const auto it = subjects.constFind(key(subject)); it != subjects.cend())
             tutor.subjects << it.value();
         else
             notes << lineError(e.line, QStringLiteral("%1 teaches \"%2\", which is no subject; "
@@ -231,12 +236,12 @@ ImportResult ImportResources(const QString& path) {
         for (const Entry& e : *entries) {
             if (e.kind != kOrder[k])
                 continue;
-            if (names.contains(e.name)) {
+            if (names.contains(key(e.name))) {
                 ++skipped[k];
                 skippedNames << e.name;
                 continue;
             }
-            names.insert(e.name, add(e, subjects, notes));
+            names.insert(key(e.name), add(e, subjects, notes));
             ++added[k];
         }
     }
@@ -248,10 +253,16 @@ ImportResult ImportResources(const QString& path) {
     int skippedTotal = 0;
     for (const int n : skipped)
         skippedTotal += n;
-    if (skippedTotal > 0)
-        message += QStringLiteral("\nSkipped %1 already in the project: %2.")
+    if (skippedTotal > 0) {
+        // A long list would make a box taller than the screen.
+        constexpr int kNamed = 10;
+        QString named = skippedNames.mid(0, kNamed).join(QStringLiteral(", "));
+        if (skippedNames.size() > kNamed)
+            named += QStringLiteral(" and %1 more").arg(skippedNames.size() - kNamed);
+        message += QStringLiteral("\nSkipped %1 already in the project or earlier in the file: %2.")
                        .arg(skippedTotal)
-                       .arg(skippedNames.join(QStringLiteral(", ")));
+                       .arg(named);
+    }
     if (!notes.isEmpty())
         message += QStringLiteral("\n\n") + notes.join(QLatin1Char('\n'));
     return {true, message};

@@ -43,7 +43,7 @@ frmTutor::~frmTutor() = default;
 
 void frmTutor::cmdOk_Click() {
     Guard("frmTutor", "cmdOk_Click", [&] {
-        if (ui->txtName->text().isEmpty()) {
+        if (ui->txtName->text().trimmed().isEmpty()) {
             missingName(QStringLiteral("Tutor"), QStringLiteral("tutor"));
             return;
         }
@@ -102,7 +102,8 @@ void frmResourceName::cmdOk_Click() {
     const NameTexts texts = textsOf(m_kind);
     Guard(texts.objectName, "cmdOk_Click", [&] {
         const QString word = QString::fromLatin1(texts.word);
-        if (ui->txtName->text().isEmpty()) {
+        // A name of blanks alone is no name either.
+        if (ui->txtName->text().trimmed().isEmpty()) {
             missingName(word, word);
             return;
         }

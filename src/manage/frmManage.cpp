@@ -25,6 +25,10 @@ frmManage::frmManage(std::function<void()> changed, QWidget* parent)
         {ui->cmdAddClass, ui->cmdEditClass, ui->cmdDeleteClass},
         {ui->cmdAddRoom, ui->cmdEditRoom, ui->cmdDeleteRoom},
         {ui->cmdAddSubject, ui->cmdEditSubject, ui->cmdDeleteSubject}};
+    // One width for every page's buttons, so they stay put between tabs.
+    for (const auto& row : buttons)
+        for (QPushButton* button : row)
+            button->setMinimumWidth(150);
     for (int page = 0; page < m_kinds.size(); ++page) {
         connect(buttons[page][0], &QPushButton::clicked, this,
                 [this, page] { cmdAdd_Click(m_kinds[page]); });

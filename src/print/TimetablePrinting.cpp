@@ -97,7 +97,15 @@ void SetUpPage(QPagedPaintDevice& device, const PageOptions& options) {
 }
 
 void PaintTimetables(QPainter& painter, QPagedPaintDevice& device,
-                     const QVector<PrintedTimetable>& tables, const PageOptions& options) {
+                     const QVector<PrintedTimetable>& tables, const PageOptions& options,
+                     const std::function<void(QPainter&)>& eachPage) {
+    const auto newPage = [&] {
+        device.newPage();
+        if (eachPage)
+            eachPage(painter);
+    };
+    if (eachPage)
+        eachPage(painter);
     // The page inside the margins, in twips.
     const QRectF page = device.pageLayout().paintRect(QPageLayout::Inch);
     const double width = page.width() * 1440, height = page.height() * 1440;
@@ -115,7 +123,7 @@ void PaintTimetables(QPainter& painter, QPagedPaintDevice& device,
         if (options.layout == Layout::SizeToFit) {
             scale = std::min(width / natural.width(), height / natural.height());
             if (!first)
-                device.newPage();
+                newPage();
             y = 0;
         } else {
             scale = (columnWidth - (columns > 1 ? gap : 0)) / natural.width();
@@ -124,7 +132,7 @@ void PaintTimetables(QPainter& painter, QPagedPaintDevice& device,
                 y = 0;
                 if (++column == columns) {
                     column = 0;
-                    device.newPage();
+                    newPage();
                 }
             }
         }

@@ -13,6 +13,7 @@
 #include <QPageLayout>
 #include <QString>
 #include <QVector>
+#include <functional>
 
 class QPagedPaintDevice;
 class QPainter;
@@ -35,9 +36,11 @@ constexpr int kTitleTwips = 600;
 
 // Sets the device's paper to A4 in the orientation, with half-inch margins.
 void SetUpPage(QPagedPaintDevice& device, const PageOptions& options);
-// Paints the timetables onto the device's pages; the painter is active on it.
+// Paints the timetables onto the device's pages; the painter is active on
+// it. eachPage, when given, paints on every page first (the preview's guides).
 void PaintTimetables(QPainter& painter, QPagedPaintDevice& device,
-                     const QVector<ModMain::PrintedTimetable>& tables, const PageOptions& options);
+                     const QVector<ModMain::PrintedTimetable>& tables, const PageOptions& options,
+                     const std::function<void(QPainter&)>& eachPage = {});
 
 // A PDF of the timetables with real text; empty on success, else the reason.
 QString WritePdf(const QString& path, const QVector<ModMain::PrintedTimetable>& tables,

@@ -113,11 +113,12 @@ void frmMain::buildMenus() {
     mnuFile->addSeparator();
     addCommand(mnuFile, QStringLiteral("mnuFilePrintPreview"), QStringLiteral("Print Pre&view..."),
                QKeySequence::Print);
+    addCommand(mnuFile, QStringLiteral("mnuFileExportPdf"), QStringLiteral("Export as PD&F..."));
     mnuFile->addSeparator();
     addCommand(mnuFile, QStringLiteral("mnuFileImportResources"),
                QStringLiteral("&Import Resources..."));
     addCommand(mnuFile, QStringLiteral("mnuFileExportResources"),
-               QStringLiteral("E&xport Resources..."));
+               QStringLiteral("Export &Resources..."));
     mnuFile->addSeparator();
     addCommand(mnuFile, QStringLiteral("mnuFileExit"), QStringLiteral("E&xit"),
                QKeySequence(QStringLiteral("Ctrl+Q")));
@@ -284,6 +285,8 @@ void frmMain::wireCommands() {
     on(QStringLiteral("mnuFileOpen"), &frmMain::mnuViewTimetable_Click);
     on(QStringLiteral("mnuToolsCapacityReport"), &frmMain::mnuToolsCapacityReport_Click);
     on(QStringLiteral("mnuFileImportResources"), &frmMain::mnuFileImportResources_Click);
+    on(QStringLiteral("mnuFilePrintPreview"), &frmMain::mnuFilePrintPreview_Click);
+    on(QStringLiteral("mnuFileExportPdf"), &frmMain::mnuFileExportPdf_Click);
     on(QStringLiteral("mnuFileExportResources"), &frmMain::mnuFileExportResources_Click);
     wireScheduling();
 }
@@ -376,6 +379,7 @@ void frmMain::NoTimetable() {
     setMenuEnabled(mnuPeriod, false);
     setEnabled(command(QStringLiteral("mnuFileDelete")), false);
     setEnabled(command(QStringLiteral("mnuFilePrintPreview")), false);
+    setEnabled(command(QStringLiteral("mnuFileExportPdf")), false);
 }
 
 void frmMain::NoProject() {
@@ -405,7 +409,8 @@ void frmMain::YesProject() {
     setMenuEnabled(mnuTools, true);
     setMenuEnabled(mnuPeriod, true);
     setToolbarEnabled(true);
-    for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileDelete", "mnuFilePrintPreview"})
+    for (const char* name :
+         {"mnuFileNew", "mnuFileOpen", "mnuFileDelete", "mnuFilePrintPreview", "mnuFileExportPdf"})
         setEnabled(command(QString::fromLatin1(name)), true);
     setEnabled(command(QStringLiteral("mnuFileSetUpCalendar")), needsCalendar());
 }

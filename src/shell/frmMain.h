@@ -76,6 +76,10 @@ public:
     void mnuToolsCapacityReport_Click();
     void mnuFileImportResources_Click();
     void mnuFileExportResources_Click();
+    // Print Preview, or the same on PDF from File > Export as PDF.
+    void mnuFilePrintPreview_Click();
+    void mnuFileExportPdf_Click();
+    void ShowPrintPreview(int printTo);
     // After resources changed: the lists, the grid and the timetable names.
     void ResourcesChanged();
     // A list's context menu: edit the resource, or add one of its kind.

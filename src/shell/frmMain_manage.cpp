@@ -16,6 +16,7 @@
 #include "timetable/TimetableState.h"
 #include "wizards/WizardState.h"
 
+#include <QDir>
 #include <QMenu>
 
 using Common::MsgBox;
@@ -92,7 +93,11 @@ void frmMain::mnuFileExportResources_Click() {
                                        QStringLiteral("csv"), this))
             return;
         const QString error = ModMain::ExportResources(file);
-        if (!error.isEmpty())
+        if (error.isEmpty())
+            MsgBox(QStringLiteral("The tutors, subjects, rooms and classes were written to %1.")
+                       .arg(QDir::toNativeSeparators(file)),
+                   MsgButtons::Ok, MsgIcon::Information);
+        else
             MsgBox(error, MsgButtons::Ok, MsgIcon::Exclamation);
     });
 }

@@ -171,6 +171,7 @@ void frmMain::LoadTimetable(qint32 TimetableID) {
         setToolbarEnabled(true);
         setEnabled(command(QStringLiteral("mnuFileDelete")), true);
         setEnabled(command(QStringLiteral("mnuFilePrintPreview")), true);
+        setEnabled(command(QStringLiteral("mnuFileExportPdf")), true);
         tt.Loaded = false;
         tt.TimeOnTop = found.TimeOnTop;
         tt.Type = found.Type;
