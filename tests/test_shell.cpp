@@ -5,8 +5,10 @@
 #include "common/FlexGrid.h"
 #include "common/Settings.h"
 #include "shell/Main.h"
+#include "shell/frmAbout.h"
 #include "shell/frmHelp.h"
 #include "shell/frmMain.h"
+#include "shell/frmTip.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
 #include "support/TestSupport.h"
@@ -14,10 +16,13 @@
 #include "timetable/TimetableState.h"
 
 #include <QAction>
+#include <QCheckBox>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QMenu>
 #include <QProcess>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QTabWidget>
 #include <QTextBrowser>
@@ -97,6 +102,8 @@ private Q_SLOTS:
     void exitRemembersProject();
     void toolbarAndLayout();
     void autoFillButtonWithoutTimetable();
+    void tipOfTheDay();
+    void aboutBox();
     void errorReporting();
     void commandLine();
     void help_data();
@@ -294,6 +301,55 @@ void TestShell::autoFillButtonWithoutTimetable() {
         w.command(QStringLiteral("tbManage"))->trigger();
     }),
              QString());
+}
+
+void TestShell::tipOfTheDay() {
+    TestEnv env;
+    const QString file = env.path("TipOfTheDay.txt");
+    const auto currentTip = [] {
+        return Common::GetSetting(Common::kOptionsApp, "Options", "Current Tip");
+    };
+    {
+        // No file: the help text, and Next shows nothing else.
+        frmTip tips(nullptr, file);
+        const QString name = QDir::toNativeSeparators(file);
+        const QString help = "That the " + name + " file was not found? Create a text file named " +
+                             name +
+                             " using NotePad with 1 tip per line. Then place it in the "
+                             "same directory as the application. ";
+        QCOMPARE(tips.lblTipText->text(), help);
+        tips.cmdNextTip->click();
+        QCOMPARE(tips.lblTipText->text(), help);
+    }
+    // Three tips after the third: the first, and the counter kept.
+    writeFile(file, "One\nTwo\nThree\n");
+    Common::SaveSetting(Common::kOptionsApp, "Options", "Current Tip", "3");
+    frmTip tips(nullptr, file);
+    QCOMPARE(tips.lblTipText->text(), QString("One"));
+    QCOMPARE(currentTip(), QString("1"));
+    tips.cmdNextTip->click();
+    QCOMPARE(tips.lblTipText->text(), QString("Two"));
+    QCOMPARE(currentTip(), QString("2"));
+    // The start-up choice, shown and kept.
+    QVERIFY(frmTip::ShowAtStartup() && tips.chkLoadTipsAtStartup->isChecked());
+    tips.chkLoadTipsAtStartup->click();
+    QVERIFY(!frmTip::ShowAtStartup());
+    // The program ships real tips.
+    QVERIFY(QString::fromUtf8(readFile(frmTip::TipFile())).split('\n', Qt::SkipEmptyParts).size() >=
+            20);
+}
+
+void TestShell::aboutBox() {
+    TestEnv env;
+    QString info = frmAbout::SystemInformation();
+    for (const QString& part : {QString("Operating system: "), QString("Qt platform plugin: "),
+                                "SQLite: " + QString::fromLatin1(sqlite3_libversion()),
+                                "Application folder: " + QDir::toNativeSeparators(Common::AppDir()),
+                                QString("Project: none open")})
+        QVERIFY2(info.contains(part), qPrintable(part));
+    QVERIFY(env.open(env.newProject()));
+    QVERIFY(frmAbout::SystemInformation().contains(
+        "Project: " + QDir::toNativeSeparators(ModMain::DB().GetDBFilename())));
 }
 
 void TestShell::errorReporting() {

@@ -4,8 +4,10 @@
 #include "common/Settings.h"
 #include "common/Variant.h"
 #include "print/CommandLineExport.h"
+#include "shell/frmAbout.h"
 #include "shell/frmHelp.h"
 #include "shell/frmMain.h"
+#include "shell/frmTip.h"
 #include "store/ModMain.h"
 
 #include <QAction>
@@ -151,11 +153,19 @@ int Main(int argc, char** argv) {
     QApplication::setOrganizationName(QStringLiteral("Vantor"));
     QApplication::setStyle(QStringLiteral("Fusion"));
 
+    {
+        frmSplash splash;
+        splash.exec();
+    }
     frmMain window;
     window.show();
     window.Form_Load(projectFile.isEmpty() ? QString() : QFileInfo(projectFile).absoluteFilePath());
-    // Once the window is on screen.
-    QTimer::singleShot(0, &window, [&window] { DoFirstRun(window); });
+    // Once the window is on screen: the tip, then the first-run prompt.
+    QTimer::singleShot(0, &window, [&window] {
+        if (frmTip::ShowAtStartup())
+            window.mnuHelpTips_Click();
+        DoFirstRun(window);
+    });
     return QApplication::exec();
 }
 

@@ -264,6 +264,8 @@ void frmMain::wireCommands() {
     on(QStringLiteral("mnuFileSetUpCalendar"), &frmMain::mnuFileSetUpCalendar_Click);
     on(QStringLiteral("mnuHelpContents"), &frmMain::mnuHelpContents_Click);
     on(QStringLiteral("mnuHelpGettingStarted"), &frmMain::mnuHelpGettingStarted_Click);
+    on(QStringLiteral("mnuHelpTips"), &frmMain::mnuHelpTips_Click);
+    on(QStringLiteral("mnuHelpAbout"), &frmMain::mnuHelpAbout_Click);
     on(QStringLiteral("mnuFileNew"), &frmMain::mnuFileNew_Click);
     on(QStringLiteral("mnuFileDelete"), &frmMain::mnuFileDelete_Click);
     on(QStringLiteral("mnuFormatTimetable"), &frmMain::mnuFormatTimetable_Click);

@@ -46,6 +46,8 @@ public:
     void mnuFileNewProject_Click();
     void mnuFileSetUpCalendar_Click();
     void mnuHelpContents_Click();
+    void mnuHelpTips_Click();
+    void mnuHelpAbout_Click();
     void mnuHelpGettingStarted_Click();
 
     // Runs the command of a toolbar button by its key.

@@ -1,8 +1,10 @@
 // The main window's New Project, calendar set-up and Help commands; the work
 // lives in the project wizard and the help window.
 
+#include "shell/frmAbout.h"
 #include "shell/frmHelp.h"
 #include "shell/frmMain.h"
+#include "shell/frmTip.h"
 #include "wizards/NewProject.h"
 
 #include <QAction>
@@ -26,4 +28,14 @@ void frmMain::mnuHelpContents_Click() {
 
 void frmMain::mnuHelpGettingStarted_Click() {
     frmHelp::ShowHelp(frmHelp::kGettingStarted);
+}
+
+void frmMain::mnuHelpTips_Click() {
+    frmTip tips(this);
+    tips.exec();
+}
+
+void frmMain::mnuHelpAbout_Click() {
+    frmAbout about(this);
+    about.exec();
 }
