@@ -6,6 +6,7 @@
 #include "common/Common.h"
 #include "common/ErrorHandler.h"
 #include "common/ListHelpers.h"
+#include "scheduling/ResourceLists.h"
 #include "timetable/TimetableRecords.h"
 
 #include <QCheckBox>
@@ -207,7 +208,8 @@ frmScr_AutoFill_Subjects::frmScr_AutoFill_Subjects(QWidget* parent)
     connect(cmdRemove, &QPushButton::clicked, this, &frmScr_AutoFill_Subjects::cmdRemove_Click);
 
     Guard("frmScr_AutoFill_Subjects", "Form_Load", [&] {
-        Common::GetComboItemData_List(*cboSubjects, ModMain::FillSubjectList());
+        Common::GetComboItemData_List(*cboSubjects,
+                                      ModMain::ResourceNames(ModMain::ResourceKind::Subject));
         setCounts(0, 0);
         const qint32 who = fill().AutoFill_WhoID;
         const qint32 allocated = ModMain::GetTotalAllocatedSlotsForTimetable(who);
@@ -336,7 +338,8 @@ frmScr_AutoFill_Tutors::frmScr_AutoFill_Tutors(QWidget* parent)
                 break;
             }
         }
-        Common::GetListBoxItemData_List(*lstTutors, ModMain::FillTutorList());
+        Common::GetListBoxItemData_List(*lstTutors,
+                                        ModMain::ResourceNames(ModMain::ResourceKind::Tutor));
         bool anySelected = false;
         for (int i = 0; i < lstTutors->count(); ++i) {
             QListWidgetItem* item = lstTutors->item(i);
@@ -368,7 +371,8 @@ frmScr_AutoFill_Rooms::frmScr_AutoFill_Rooms(QWidget* parent)
     body()->addWidget(lstRooms, 1);
     Guard("frmScr_AutoFill_Rooms", "Form_Load", [&] {
         const AutoFill::State& a = fill();
-        Common::GetListBoxItemData_List(*lstRooms, ModMain::FillRoomList());
+        Common::GetListBoxItemData_List(*lstRooms,
+                                        ModMain::ResourceNames(ModMain::ResourceKind::Room));
         for (int i = 0; i < lstRooms->count(); ++i) {
             QListWidgetItem* item = lstRooms->item(i);
             item->setSelected(a.AutoFill_RoomsCount() == 0 ||

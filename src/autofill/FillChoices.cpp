@@ -27,10 +27,6 @@ qint32 CountFillSubjects() {
     return rs.eof() ? 0 : rs.Field("tot").toInt();
 }
 
-TableArray FillSubjectList() {
-    return table(QStringLiteral("SELECT id, name FROM subject WHERE id<>1 ORDER BY name"));
-}
-
 std::optional<bool> TimetableTimeOnTop(qint32 TimetableID) {
     auto rs = DB().Execute(QStringLiteral("SELECT timeontop FROM Timetable WHERE id = ") +
                            number(TimetableID) + QStringLiteral(";"));
@@ -48,14 +44,6 @@ QVector<qint32> TutorsTeaching(qint32 SubjectID) {
     for (; !rs.eof(); rs.MoveNext())
         ids.append(rs.Field("ID").toInt());
     return ids;
-}
-
-TableArray FillTutorList() {
-    return table(QStringLiteral("SELECT id, name FROM tutor WHERE id<>1 ORDER BY name"));
-}
-
-TableArray FillRoomList() {
-    return table(QStringLiteral("SELECT id, name FROM room WHERE id<>1 ORDER BY name"));
 }
 
 TableArray FillMethodChoices() {

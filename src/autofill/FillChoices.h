@@ -12,15 +12,12 @@ namespace ModMain {
 
 // The class timetables, by class name.
 TableArray ClassTimetableList();
-// The subjects a fill may use: every one but the placeholder row.
+// How many subjects a fill may use: every one but the placeholder row.
 qint32 CountFillSubjects();
-TableArray FillSubjectList();
 // Whether the timetable shows the periods along the top; nothing when it is gone.
 std::optional<bool> TimetableTimeOnTop(qint32 TimetableID);
 // The tutors recorded as teaching the subject, in the project's order.
 QVector<qint32> TutorsTeaching(qint32 SubjectID);
-TableArray FillTutorList();
-TableArray FillRoomList();
 // The methods a fill may use (the wizard's list) and the methods the user
 // keeps (the Fill Methods dialog's): both leave out the built-in row 4.
 TableArray FillMethodChoices();

@@ -2,6 +2,7 @@
 
 #include "common/Common.h"
 #include "manage/ResourceRecords.h"
+#include "scheduling/ResourceLists.h"
 #include "store/ModMain.h"
 #include "store/Records.h"
 #include "store/Transaction.h"
@@ -182,7 +183,7 @@ QString key(const QString& name) {
 // The names of a kind already in the project, by key, with their ids.
 QHash<QString, qint32> namesOf(ResourceKind kind) {
     QHash<QString, qint32> names;
-    const TableArray rows = ManageList(kind);
+    const TableArray rows = ResourceNames(kind);
     for (const auto& row : rows.mid(1))
         names.insert(key(row.value(1).toString()), row.value(0).toInt());
     return names;
@@ -298,7 +299,7 @@ QString ExportResources(const QString& path) {
     out += line(headings);
     QHash<qint32, QString> subjectNames;
     for (const ResourceKind kind : kOrder) {
-        const TableArray rows = ManageList(kind);
+        const TableArray rows = ResourceNames(kind);
         for (const auto& row : rows.mid(1)) {
             const qint32 id = row.value(0).toInt();
             const QString name = row.value(1).toString();

@@ -6,6 +6,7 @@
 #include "common/ListHelpers.h"
 #include "manage/ManageState.h"
 #include "manage/ResourceRecords.h"
+#include "scheduling/ResourceLists.h"
 #include "ui_frmResourceName.h"
 #include "ui_frmTutor.h"
 
@@ -27,7 +28,7 @@ frmTutor::frmTutor(QWidget* parent) : QDialog(parent), ui(std::make_unique<Ui::f
     connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     Guard("frmTutor", "Form_Load", [&] {
         Common::GetListBoxItemData_List(*ui->lstSubjects,
-                                        ModMain::ManageList(ResourceKind::Subject));
+                                        ModMain::ResourceNames(ResourceKind::Subject));
         const qint32 id = Manage::state().giTutorEditID;
         if (id == -1)
             return;

@@ -30,13 +30,6 @@ QString table(ResourceKind kind) {
 }
 } // namespace
 
-TableArray ManageList(ResourceKind kind) {
-    return DB()
-        .Execute(
-            QStringLiteral("SELECT id, name FROM %1 WHERE id<>1 ORDER BY name").arg(table(kind)))
-        .vTableArray();
-}
-
 void DeleteResource(ResourceKind kind, qint32 id) {
     Transaction tx;
     if (!tx.ok())

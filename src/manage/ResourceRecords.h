@@ -12,8 +12,6 @@
 
 namespace ModMain {
 
-// The kind's "id, name" rows by name, the placeholder row left out.
-TableArray ManageList(ResourceKind kind);
 // Deletes the resource. Only a tutor's subjects taught go with it: its slot
 // links and timetables stay, and every reader joins them away.
 void DeleteResource(ResourceKind kind, qint32 id);

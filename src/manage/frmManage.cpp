@@ -7,6 +7,7 @@
 #include "manage/ManageState.h"
 #include "manage/ResourceDialogs.h"
 #include "manage/ResourceRecords.h"
+#include "scheduling/ResourceLists.h"
 #include "ui_frmManage.h"
 
 using ModMain::ResourceKind;
@@ -61,7 +62,7 @@ void frmManage::SelectTab(int page) {
 }
 
 void frmManage::RefreshList(const Kind& k, qint32 selectID) {
-    Common::GetListBoxItemData_List(*k.list, ModMain::ManageList(k.kind));
+    Common::GetListBoxItemData_List(*k.list, ModMain::ResourceNames(k.kind));
     if (selectID != -1) {
         Common::SelectListBox_ItemData(*k.list, {selectID});
         if (const auto selected = k.list->selectedItems(); !selected.isEmpty())

@@ -61,6 +61,13 @@ bool fill(FlexGrid& g, const char* word, const char* sql) {
 }
 } // namespace
 
+TableArray ResourceNames(ResourceKind kind) {
+    return DB()
+        .Execute(
+            QStringLiteral("SELECT id, name FROM %1 WHERE id<>1 ORDER BY name").arg(KindWord(kind)))
+        .vTableArray();
+}
+
 bool RefreshTutorList(FlexGrid& Grid) {
     return fill(Grid, "Tutor",
                 "SELECT id, name, DisplayName FROM Tutor WHERE id<>1 ORDER BY name;");

@@ -2,12 +2,19 @@
 // Filling the four resource lists beside the timetable: a status column, a
 // check-box column and the name; each row's data is the resource's id.
 
+#include "common/Variant.h"
+#include "scheduling/Availability.h"
+
 #include <QColor>
 #include <QString>
 
 class FlexGrid;
 
 namespace ModMain {
+
+// The kind's "id, name" rows by name, the placeholder row left out: what
+// every dialog that offers tutors, subjects, rooms or classes lists.
+TableArray ResourceNames(ResourceKind kind);
 
 // Each returns whether the list holds any resource.
 bool RefreshTutorList(FlexGrid& Grid);
