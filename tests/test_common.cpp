@@ -4,14 +4,17 @@
 #include "common/Arrays.h"
 #include "common/Common.h"
 #include "common/DateText.h"
+#include "common/ErrorReportPlugin.h"
 #include "common/FileDialogs.h"
 #include "common/FlexGrid.h"
 #include "common/ListHelpers.h"
+#include "common/VariableDump.h"
 #include "store/ModMain.h"
 #include "support/TestSupport.h"
 
 #include <QComboBox>
 #include <QListWidget>
+#include <QPluginLoader>
 #include <QtTest>
 
 using namespace TestSupport;
@@ -32,6 +35,8 @@ private Q_SLOTS:
     void flexGrid();
     void flexGridSelection_data();
     void flexGridSelection();
+    void variableDump();
+    void errorReportPlugin();
 };
 
 void TestCommon::arrays() {
@@ -272,6 +277,95 @@ void TestCommon::flexGridSelection() {
     grid.setRowCol(2, 3);
     QCOMPARE(grid.rowSel(), 2);
     QCOMPARE(grid.colSel(), 3);
+}
+
+void TestCommon::variableDump() {
+    const auto failing = [](int number) {
+        return DumpValue::Deferred([number]() -> DumpValue {
+            if (number)
+                throw VbError(number, QStringLiteral("Test"), QStringLiteral("Type mismatch"));
+            throw std::runtime_error("not a VbError");
+        });
+    };
+    const int set = 1;
+    const std::vector<std::pair<DumpValue, QString>> cases = {
+        {QStringLiteral("7A <Maths> & \"Art\""), "<v>7A &lt;Maths&gt; &amp; &quot;Art&quot;</v>"},
+        {42, "<v>42</v>"},
+        {true, "<v>True</v>"},
+        {QVariant(), "<v>{Empty}</v>"},
+        {QVariant(QMetaType::fromType<QString>()), "<v>{Null}</v>"},
+        {QVariant(QStringList{"a"}), "<v>{Cannot dump variant arrays}</v>"},
+        {DumpValue::Null(), "<v>{Null}</v>"},
+        {DumpValue::Empty(), "<v>{Empty}</v>"},
+        {DumpValue::Object(nullptr), "<v>{Nothing}</v>"},
+        {DumpValue::Object(&set, QStringLiteral("frmTip")), "<v>frmTip</v>"},
+        {DumpValue::DataObject(), "<v>{DataObject}</v>"},
+        {DumpValue::ExternalRecord(), "<v>{Cannot dump external UDTs}</v>"},
+        {DumpValue::RecordArray(), "<v>{Cannot dump UDT arrays}</v>"},
+        {DumpValue::RecordParameter(), "<v>{Can't dump UDT parameters}</v>"},
+        {DumpValue::VariantArray(), "<v>{Cannot dump variant arrays}</v>"},
+        {DumpValue::Record(QStringLiteral("SlotInfo")), "<v>{UDT - SlotInfo}</v>"},
+        {DumpValue::OpenFileName(), "<v>{OPENFILENAME}</v>"},
+        {DumpValue::Rect(), "<v>{RECT}</v>"},
+        {DumpValue::UninitialisedArray(), "<v>{UnInitialised Array}</v>"},
+        {DumpValue::UninitialisedDimension(2), "<v>{UnInitialised Array Dimension 2}</v>"},
+        {DumpValue::UninitialisedDimension(3), "<v>{UnInitialised Array Dimension 3}</v>"},
+        {DumpValue::TruncatedArray(4), "<v>{Dump truncated at 4 dimensions}</v>"},
+        {DumpValue::Array({QStringLiteral("Mon"), DumpValue::Null(), failing(13)}, 1),
+         "<v Index=\"1\">Mon</v><v Index=\"2\">{Null}</v>"
+         "<v Index=\"3\">{Error 13 formatting for output}</v>"},
+        {failing(94), "<v>{Error 94 formatting for output}</v>"},
+        {failing(0), "<v>{Error 51 formatting for output}</v>"},
+    };
+    for (const auto& [value, expected] : cases)
+        QCOMPARE(value.element(QStringLiteral("v")), expected);
+
+    // Sections keep their fixed order whatever order they were filled in.
+    VariableDump dump;
+    dump.parameter("SQL", "SELECT 1").global("ProjectFile", "a.VNPL").module("DB_Handle", -1);
+    dump.local("i", 3);
+    QCOMPARE(dump.text(), QStringLiteral("<Variables><LocalVariables><i>3</i></LocalVariables>"
+                                         "<ModuleVariables><DB_Handle>-1</DB_Handle>"
+                                         "</ModuleVariables><GlobalVariables><ProjectFile>a.VNPL"
+                                         "</ProjectFile></GlobalVariables></Variables>"
+                                         "<Parameters><SQL>SELECT 1</SQL></Parameters>"));
+}
+
+void TestCommon::errorReportPlugin() {
+    TestEnv env;
+    const QString folder = QStringLiteral(VANTOR_TEST_BIN_DIR "/plugin");
+    // Not there, or not a report component: none, and the fixed box is used.
+    QVERIFY(!CreateReportObject(env.dir()));
+    writeFile(env.path("libVantorErrorLibrary.Error.so"), "not a library");
+    QVERIFY(!CreateReportObject(env.dir()));
+
+    // Found in the application folder, it gets the report and its Action
+    // is what the failing procedure is told.
+    const QByteArray oldAppDir = qgetenv("VANTOR_APP_DIR");
+    qputenv("VANTOR_APP_DIR", folder.toLocal8Bit());
+    SetGlobalVariablesWriter([](VariableDump& d) { d.global("ProjectFile", "s.VNPL"); });
+    auto component = CreateReportObject(folder);
+    QVERIFY(component);
+    QPluginLoader loader(folder + QStringLiteral("/VantorErrorLibrary.Error"));
+    QObject* root = loader.instance();
+    QVERIFY(root);
+    root->setProperty("Action", 3);
+    MessageRecorder boxes;
+    VariableDump params;
+    params.parameter("ID", 7);
+    const int action =
+        ErrorHandler("frmMain", "LoadTimetable", 88,
+                     VbError(1, QStringLiteral("ModMain"), QStringLiteral("No slot")), params);
+    qputenv("VANTOR_APP_DIR", oldAppDir);
+    SetGlobalVariablesWriter({});
+    QCOMPARE(action, 3);
+    QVERIFY(boxes.messages().isEmpty());
+    QCOMPARE(root->property("Received").toStringList(),
+             QStringList({"frmMain", "LoadTimetable", "88", "1", "No slot", "ModMain",
+                          "<Variables><LocalVariables></LocalVariables><ModuleVariables>"
+                          "</ModuleVariables><GlobalVariables><ProjectFile>s.VNPL</ProjectFile>"
+                          "</GlobalVariables></Variables><Parameters><ID>7</ID></Parameters>",
+                          "Timetable", QStringLiteral(VANTOR_VERSION)}));
 }
 
 QTEST_MAIN(TestCommon)

@@ -4,6 +4,7 @@
 #include "common/ErrorHandler.h"
 #include "common/FlexGrid.h"
 #include "common/Settings.h"
+#include "shell/CrashReport.h"
 #include "shell/Main.h"
 #include "shell/frmAbout.h"
 #include "shell/frmHelp.h"
@@ -105,6 +106,9 @@ private Q_SLOTS:
     void tipOfTheDay();
     void aboutBox();
     void errorReporting();
+    void exceptionNames();
+    void crashReport_data();
+    void crashReport();
     void commandLine();
     void help_data();
     void help();
@@ -353,20 +357,27 @@ void TestShell::aboutBox() {
 }
 
 void TestShell::errorReporting() {
+    TestEnv env;
+    const QString project = env.newProject();
+    QVERIFY(env.open(project));
     {
+        // A failing statement, word for word, at the line that raises it.
+        const QString source =
+            QString::fromUtf8(readFile(VANTOR_SOURCE_DIR "/src/store/clsSQLite.cpp"));
+        const qsizetype at = source.indexOf("throw VbError(VbErr::SqlError");
+        QVERIFY(at > 0);
         MessageRecorder boxes;
-        QCOMPARE(ErrorHandler(QStringLiteral("frmMain"), QStringLiteral("RefreshTable"), 12,
-                              VbError(5, QStringLiteral("frmMain"),
-                                      QStringLiteral("Invalid procedure call"))),
-                 0);
+        ModMain::DB().Execute("SELECT * FROM NoSuchTable;");
         QCOMPARE(boxes.messages().size(), 1);
         const ShownMessage& m = boxes.messages().first();
         QCOMPARE(m.title, QStringLiteral("Application Error"));
         QCOMPARE(m.icon, Common::MsgIcon::Critical);
-        QCOMPARE(m.text, QStringLiteral(
-                             "Timetable has encountered a problem. We are sorry for the "
-                             "inconvenience.\r\n\r\nModule: frmMain\r\nProcedure: RefreshTable\r\n"
-                             "Line Number: 12\r\n\r\nInvalid procedure call (5)"));
+        QCOMPARE(m.text, "Timetable has encountered a problem. We are sorry for the "
+                         "inconvenience.\r\n\r\nModule: clsSQLite\r\nProcedure: Execute\r\n"
+                         "Line Number: " +
+                             QString::number(source.left(at).count('\n') + 1) +
+                             "\r\n\r\nError in SQL 'SELECT * FROM NoSuchTable;'. Error 'no such "
+                             "table: NoSuchTable' (425)");
     }
 
     // With a report component, it gets everything and no box is shown;
@@ -392,12 +403,108 @@ void TestShell::errorReporting() {
     QCOMPARE(r.description, QStringLiteral("Error DoCreateGetSlot can't find TimeTitle 0"));
     QCOMPARE(r.appTitle, QStringLiteral("Timetable"));
     QCOMPARE(r.version, QStringLiteral(VANTOR_VERSION));
-    QCOMPARE(r.variables,
-             QStringLiteral("<Variables><LocalVariables></LocalVariables>"
-                            "<ModuleVariables></ModuleVariables><GlobalVariables>"
-                            "</GlobalVariables></Variables><Parameters></Parameters>"));
+    // The window's state joins every dump.
+    frmMain w;
+    Guard("frmMain", "LoadTimetable", VariableDump().parameter("ID", 12),
+          [] { throw VbError(1, "ModMain", "No slot"); });
+    QCOMPARE(errors.reports().at(2).variables,
+             "<Variables><LocalVariables></LocalVariables><ModuleVariables></ModuleVariables>"
+             "<GlobalVariables><ProjectFile>" +
+                 project +
+                 "</ProjectFile><TimetableID>0</TimetableID><TimetableTitle></TimetableTitle>"
+                 "</GlobalVariables></Variables><Parameters><ID>12</ID></Parameters>");
+    // A statement's report names it and its connection.
+    ModMain::DB().Execute("SELECT nothing;");
+    QVERIFY(errors.reports().at(3).variables.contains("<ModuleVariables><DB_Filename>" + project +
+                                                      "</DB_Filename><DB_Handle>"));
+    QVERIFY(errors.reports().at(3).variables.contains(
+        "<Parameters><SQL>SELECT nothing;</SQL></Parameters>"));
     QCOMPARE(errors.reports().at(1).number, 51);
     QCOMPARE(errors.reports().at(1).description, QStringLiteral("disk full"));
+}
+
+void TestShell::exceptionNames() {
+    using CrashReport::Code;
+    const std::vector<std::pair<quint32, QString>> names = {
+        {Code(SIGSEGV, SEGV_MAPERR), "Access Violation"},
+        {Code(SIGSEGV, SEGV_ACCERR), "Access Violation"},
+        {Code(SIGSEGV, SI_USER), "Access Violation"},
+        {CrashReport::kStackOverflow, "Stack Overflow"},
+        {Code(SIGBUS, BUS_ADRALN), "Data Type Misalignment"},
+        {Code(SIGBUS, BUS_ADRERR), "In Page Error"},
+        {Code(SIGBUS, BUS_OBJERR), "In Page Error"},
+        {Code(SIGTRAP, TRAP_BRKPT), "Breakpoint"},
+        {Code(SIGTRAP, SI_KERNEL), "Breakpoint"},
+        {Code(SIGTRAP, TRAP_TRACE), "Single Step"},
+        {Code(SIGFPE, FPE_INTDIV), "Integer Divide By Zero"},
+        {Code(SIGFPE, FPE_INTOVF), "Integer Overflow"},
+        {Code(SIGFPE, FPE_FLTDIV), "Divide By Zero"},
+        {Code(SIGFPE, FPE_FLTOVF), "Float Overflow"},
+        {Code(SIGFPE, FPE_FLTUND), "Float Underflow"},
+        {Code(SIGFPE, FPE_FLTRES), "Floating Point Inexact Result"},
+        {Code(SIGFPE, FPE_FLTINV), "Invalid Operation"},
+        {Code(SIGFPE, FPE_FLTSUB), "Array Bounds Exceeded"},
+        {Code(SIGILL, ILL_PRVOPC), "Privileged Instruction"},
+        {Code(SIGILL, ILL_PRVREG), "Privileged Instruction"},
+        {Code(SIGILL, ILL_ILLOPC), "Illegal Instruction"},
+        {Code(SIGABRT, SI_TKILL), "Non Continuable Exception"},
+        {Code(SIGINT, SI_KERNEL), "Control-C Exit"},
+        {Code(SIGFPE, 99), "Unknown (&H00080063)"},
+        {Code(SIGTERM, SI_USER), "Unknown (&H000F0000)"},
+        {0xDEADBEEF, "Unknown (&HDEADBEEF)"},
+    };
+    for (const auto& [code, name] : names)
+        QCOMPARE(CrashReport::ExceptionName(code), name);
+}
+
+void TestShell::crashReport_data() {
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QString>("fault");
+    QTest::newRow("access violation") << "access"
+                                      << "Access Violation";
+    QTest::newRow("stack overflow") << "stack"
+                                    << "Stack Overflow";
+    QTest::newRow("abort") << "abort"
+                           << "Non Continuable Exception";
+}
+
+void TestShell::crashReport() {
+    QFETCH(QString, mode);
+    QFETCH(QString, fault);
+    TestEnv env;
+    const QString project = env.newProjectWithCalendar(kWeek, kTimes);
+    const QByteArray oldData = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", env.path("data").toLocal8Bit());
+    Common::SaveSetting(Common::kOptionsApp, "Options", "Show Tips at Startup", "0");
+    Common::SaveSetting(Common::kConfigApp, "Config", "FirstRun", "False");
+
+    QProcess child;
+    child.start(QStringLiteral(VANTOR_TEST_BIN_DIR "/crash_report"), {mode, project});
+    QVERIFY(child.waitForFinished(60000));
+    QCOMPARE(child.exitStatus(), QProcess::CrashExit);
+    const QStringList reports =
+        QDir(CrashReport::ReportFolder()).entryList({"crash-*.txt"}, QDir::Files);
+    QCOMPARE(reports.size(), 1);
+    const QString report = CrashReport::ReportFolder() + "/" + reports.first();
+    const QString text = QString::fromUtf8(readFile(report));
+    for (const QString& line :
+         {"Fault: " + fault, QString("Module: frmMain"), QString("Procedure: RefreshTable"),
+          "Project: " + project, QString("Version: " VANTOR_VERSION), QString("Backtrace:")})
+        QVERIFY2(text.contains(line + "\n"), qPrintable(text));
+    QVERIFY(text.section("Backtrace:\n", 1).count('\n') >= 3);
+
+    // The next start says so once, shows where the report is, and has the
+    // last project open again.
+    MessageRecorder boxes;
+    frmMain w;
+    w.Form_Load(QString());
+    ModMain::ShowStartupMessages(w);
+    QCOMPARE(ModMain::DB().GetDBFilename(), project);
+    QCOMPARE(boxes.messages().size(), 1);
+    QVERIFY(boxes.messages().first().text.contains(QDir::toNativeSeparators(report)));
+    QVERIFY(boxes.messages().first().text.contains("opened again"));
+    QCOMPARE(CrashReport::TakePendingReport(), QString());
+    qputenv("XDG_DATA_HOME", oldData);
 }
 
 void TestShell::commandLine() {

@@ -1,6 +1,10 @@
 #include "common/ErrorHandler.h"
 
 #include "common/Common.h"
+#include "common/ErrorReportPlugin.h"
+
+#include <atomic>
+#include <cstring>
 
 namespace {
 ErrorReportFactory& reportFactory() {
@@ -12,7 +16,23 @@ ErrorReportFactory& reportFactory() {
 namespace {
 int g_actionDepth = 0;
 bool g_actionFailed = false;
+// Read by the crash handler, where only lock-free loads are safe.
+std::atomic<const char*> g_lastModule{nullptr};
+std::atomic<const char*> g_lastProcedure{nullptr};
 } // namespace
+
+void LastEntered::Set(const char* module, const char* procedure) {
+    g_lastModule.store(module, std::memory_order_relaxed);
+    g_lastProcedure.store(procedure, std::memory_order_relaxed);
+}
+
+const char* LastEntered::Module() {
+    return g_lastModule.load(std::memory_order_relaxed);
+}
+
+const char* LastEntered::Procedure() {
+    return g_lastProcedure.load(std::memory_order_relaxed);
+}
 
 ActionScope::ActionScope() {
     ++g_actionDepth;
@@ -48,28 +68,18 @@ void SetErrorReportFactory(ErrorReportFactory factory) {
     reportFactory() = std::move(factory);
 }
 
-QString BuildVariableDump(const QString& locals, const QString& moduleVars, const QString& globals,
-                          const QString& parameters) {
-    return QStringLiteral("<Variables><LocalVariables>") + locals +
-           QStringLiteral("</LocalVariables><ModuleVariables>") + moduleVars +
-           QStringLiteral("</ModuleVariables><GlobalVariables>") + globals +
-           QStringLiteral("</GlobalVariables></Variables><Parameters>") + parameters +
-           QStringLiteral("</Parameters>");
-}
-
 int ErrorHandler(const QString& module, const QString& procedure, int line, const VbError& error,
-                 const QString& variables) {
+                 const VariableDump& variables) {
     if (ActionScope::Failed())
         return 0;
     ActionScope::MarkFailed();
     std::unique_ptr<ErrorReportObject> reporter;
-    if (reportFactory()) {
-        // A component that fails to start is no error of its own: fall back to the box.
-        try {
-            reporter = reportFactory()();
-        } catch (...) {
-            reporter.reset();
-        }
+    // A component that is missing or fails to start is no error of its own:
+    // the box is shown instead.
+    try {
+        reporter = reportFactory() ? reportFactory()() : CreateInstalledReportObject();
+    } catch (...) {
+        reporter.reset();
     }
     if (reporter) {
         ErrorReport report;
@@ -79,7 +89,9 @@ int ErrorHandler(const QString& module, const QString& procedure, int line, cons
         report.number = error.number();
         report.description = error.description();
         report.source = error.source();
-        report.variables = variables.isEmpty() ? BuildVariableDump() : variables;
+        VariableDump dump = variables;
+        AddGlobalVariables(dump);
+        report.variables = dump.text();
         report.appTitle = QStringLiteral("Timetable");
         report.version = QStringLiteral("%1.%2.%3")
                              .arg(VANTOR_VERSION_MAJOR)
@@ -101,18 +113,25 @@ int ErrorHandler(const QString& module, const QString& procedure, int line, cons
     return 0;
 }
 
-void ReportCurrentException(const char* module, const char* procedure) {
+void ReportCurrentException(const char* module, const char* procedure,
+                            const std::source_location& guard, const VariableDump& variables) {
     const QString mod = QString::fromLatin1(module);
     const QString proc = QString::fromLatin1(procedure);
+    const int guardLine = static_cast<int>(guard.line());
     try {
         throw;
     } catch (const ActionAborted&) {
         // Already told.
     } catch (const VbError& e) {
-        ErrorHandler(mod, proc, e.line(), e);
+        // Raised deeper down, the error's own line would point into another
+        // file; the guard's line is the one inside this procedure.
+        const bool here = e.file() && std::strcmp(e.file(), guard.file_name()) == 0;
+        ErrorHandler(mod, proc, here ? e.line() : guardLine, e, variables);
     } catch (const std::exception& e) {
-        ErrorHandler(mod, proc, 0, VbError(VbErr::Internal, mod, QString::fromLocal8Bit(e.what())));
+        ErrorHandler(mod, proc, guardLine,
+                     VbError(VbErr::Internal, mod, QString::fromLocal8Bit(e.what())), variables);
     } catch (...) {
-        ErrorHandler(mod, proc, 0, VbError(VbErr::Internal, mod, QStringLiteral("Unknown error")));
+        ErrorHandler(mod, proc, guardLine,
+                     VbError(VbErr::Internal, mod, QStringLiteral("Unknown error")), variables);
     }
 }

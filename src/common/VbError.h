@@ -13,13 +13,15 @@ public:
     VbError(int number, QString source, QString description,
             std::source_location where = std::source_location::current())
         : m_number(number), m_source(std::move(source)), m_description(std::move(description)),
-          m_line(static_cast<int>(where.line())), m_what(m_description.toUtf8()) {}
+          m_line(static_cast<int>(where.line())), m_file(where.file_name()),
+          m_what(m_description.toUtf8()) {}
 
     int number() const { return m_number; }
     const QString& source() const { return m_source; }
     const QString& description() const { return m_description; }
     // Line of the source file that raised the error.
     int line() const { return m_line; }
+    const char* file() const { return m_file; }
     const char* what() const noexcept override { return m_what.constData(); }
 
 private:
@@ -27,6 +29,7 @@ private:
     QString m_source;
     QString m_description;
     int m_line;
+    const char* m_file;
     QByteArray m_what;
 };
 

@@ -136,16 +136,21 @@ void FireGridClickEvent(const SchedulingView& view) {
 }
 
 void ListMouseDown(ResourceKind kind, int Col, Qt::MouseButton Button, const SchedulingView& view) {
-    Guard("frmMain", "ListMouseDown", [&] {
-        FlexGrid* list = ListOf(view, kind);
-        if (!list)
-            return;
-        DoListSelect(kind, *list, Col, Button, view);
-        Cell cell;
-        if (CurrentCell(*view.g, cell))
-            RefreshListSelection(kind, *list, cell.SlotID, cell.ProjectTimeTitleID,
-                                 cell.ProjectDayTitleID);
-    });
+    Guard("frmMain", "ListMouseDown",
+          VariableDump()
+              .parameter(QStringLiteral("Kind"), int(kind))
+              .parameter(QStringLiteral("Col"), Col)
+              .parameter(QStringLiteral("Button"), int(Button)),
+          [&] {
+              FlexGrid* list = ListOf(view, kind);
+              if (!list)
+                  return;
+              DoListSelect(kind, *list, Col, Button, view);
+              Cell cell;
+              if (CurrentCell(*view.g, cell))
+                  RefreshListSelection(kind, *list, cell.SlotID, cell.ProjectTimeTitleID,
+                                       cell.ProjectDayTitleID);
+          });
 }
 
 void DoListSelect(ResourceKind kind, FlexGrid& List, int Col, Qt::MouseButton Button,

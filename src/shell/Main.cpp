@@ -4,6 +4,7 @@
 #include "common/Settings.h"
 #include "common/Variant.h"
 #include "print/CommandLineExport.h"
+#include "shell/CrashReport.h"
 #include "shell/frmAbout.h"
 #include "shell/frmHelp.h"
 #include "shell/frmMain.h"
@@ -83,6 +84,13 @@ void DoFirstRun(frmMain& main) {
         main.NoProject();
 }
 
+void ShowStartupMessages(frmMain& main) {
+    CrashReport::AnnouncePendingReport();
+    if (frmTip::ShowAtStartup())
+        main.mnuHelpTips_Click();
+    DoFirstRun(main);
+}
+
 int Main(int argc, char** argv) {
     // Answer --help and --version before Qt needs a display.
     QString projectFile;
@@ -152,6 +160,7 @@ int Main(int argc, char** argv) {
     QApplication::setApplicationVersion(QStringLiteral(VANTOR_VERSION));
     QApplication::setOrganizationName(QStringLiteral("Vantor"));
     QApplication::setStyle(QStringLiteral("Fusion"));
+    CrashReport::Install();
 
     {
         frmSplash splash;
@@ -160,12 +169,7 @@ int Main(int argc, char** argv) {
     frmMain window;
     window.show();
     window.Form_Load(projectFile.isEmpty() ? QString() : QFileInfo(projectFile).absoluteFilePath());
-    // Once the window is on screen: the tip, then the first-run prompt.
-    QTimer::singleShot(0, &window, [&window] {
-        if (frmTip::ShowAtStartup())
-            window.mnuHelpTips_Click();
-        DoFirstRun(window);
-    });
+    QTimer::singleShot(0, &window, [&window] { ShowStartupMessages(window); });
     return QApplication::exec();
 }
 

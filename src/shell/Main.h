@@ -12,4 +12,8 @@ int Main(int argc, char** argv);
 // Project. Does nothing on later starts.
 void DoFirstRun(frmMain& main);
 
+// Once the window is on screen with its project: word of a crash in the last
+// run, the tip of the day, then the first-run prompt.
+void ShowStartupMessages(frmMain& main);
+
 } // namespace ModMain

@@ -3,6 +3,7 @@
 #include "common/Common.h"
 #include "common/Icons.h"
 #include "common/Settings.h"
+#include "shell/CrashReport.h"
 #include "store/ModMain.h"
 
 #include <QDialogButtonBox>
@@ -95,6 +96,7 @@ QString frmAbout::SystemInformation() {
             QStringLiteral(", ") +
             QDir::toNativeSeparators(
                 Common::SettingsFile(QString::fromLatin1(Common::kOptionsApp))));
+    add(QStringLiteral("Crash reports"), QDir::toNativeSeparators(CrashReport::ReportFolder()));
     add(QStringLiteral("Project"),
         ModMain::ProjectIsOpen()
             ? QDir::toNativeSeparators(ModMain::DB().GetDBFilename()) +

@@ -7,9 +7,12 @@
 #include "common/FileDialogs.h"
 #include "common/FlexGrid.h"
 #include "common/Icons.h"
+#include "common/VariableDump.h"
+#include "shell/CrashReport.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
 #include "timetable/TimetableRecords.h"
+#include "timetable/TimetableState.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -67,10 +70,19 @@ FlexGrid* makeResourceList(const QString& name, const QString& word, QWidget* pa
     list->setTabKeyNavigation(false);
     return list;
 }
+
+// What every error report should say about where the user was.
+void writeGlobalVariables(VariableDump& dump) {
+    const Timetable::State& shown = Timetable::current();
+    dump.global(QStringLiteral("ProjectFile"), ModMain::DB().GetDBFilename())
+        .global(QStringLiteral("TimetableID"), int(shown.ID))
+        .global(QStringLiteral("TimetableTitle"), shown.Title);
+}
 } // namespace
 
 frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
     setObjectName(QStringLiteral("frmMain"));
+    SetGlobalVariablesWriter(writeGlobalVariables);
     setWindowTitle(Common::AppTitle());
     setWindowIcon(Icons::App());
     buildMenus();
@@ -422,31 +434,33 @@ bool frmMain::needsCalendar() const {
 }
 
 void frmMain::ShowProjectPath(const QString& path) {
+    CrashReport::SetProject(path);
     m_statusPath->setText(path.isEmpty() ? QStringLiteral("No project open") : path);
     m_statusPath->setToolTip(path);
 }
 
 void frmMain::Form_Load(const QString& projectFile) {
-    Guard("frmMain", "Form_Load", [&] {
-        NoProject();
-        const QString path = projectFile.isEmpty() ? ModMain::LastDB() : projectFile;
-        if (path.isEmpty())
-            return;
-        if (!ModMain::OpenProject(path)) {
-            const MsgResult answer =
-                MsgBox(QStringLiteral("Unable to open project file ") + path +
-                           QStringLiteral(". Would you like to create a new project?"),
-                       MsgButtons::YesNo, MsgIcon::Question);
-            if (answer == MsgResult::Yes) {
-                NoProject();
-                if (QAction* newProject = command(QStringLiteral("mnuFileNewProject"));
-                    isBuilt(newProject))
-                    newProject->trigger();
-            }
-            return;
-        }
-        ProjectOpened();
-    });
+    Guard("frmMain", "Form_Load",
+          VariableDump().parameter(QStringLiteral("projectFile"), projectFile), [&] {
+              NoProject();
+              const QString path = projectFile.isEmpty() ? ModMain::LastDB() : projectFile;
+              if (path.isEmpty())
+                  return;
+              if (!ModMain::OpenProject(path)) {
+                  const MsgResult answer =
+                      MsgBox(QStringLiteral("Unable to open project file ") + path +
+                                 QStringLiteral(". Would you like to create a new project?"),
+                             MsgButtons::YesNo, MsgIcon::Question);
+                  if (answer == MsgResult::Yes) {
+                      NoProject();
+                      if (QAction* newProject = command(QStringLiteral("mnuFileNewProject"));
+                          isBuilt(newProject))
+                          newProject->trigger();
+                  }
+                  return;
+              }
+              ProjectOpened();
+          });
 }
 
 void frmMain::ProjectOpened() {

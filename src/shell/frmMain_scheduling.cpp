@@ -146,15 +146,16 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmMain::markPeriods(const QString& question, qint16 code) {
-    Guard("frmMain", "mnuPeriod_Click", [&] {
-        if (MsgBox(question, MsgButtons::YesNoCancel, MsgIcon::Question) != MsgResult::Yes)
-            return;
-        Transaction tx;
-        if (!tx.ok())
-            return;
-        QuietGrid quiet(*this);
-        ModMain::SetSpecialCells(*g, code, schedulingView().lists);
-    });
+    Guard("frmMain", "mnuPeriod_Click", VariableDump().parameter(QStringLiteral("code"), int(code)),
+          [&] {
+              if (MsgBox(question, MsgButtons::YesNoCancel, MsgIcon::Question) != MsgResult::Yes)
+                  return;
+              Transaction tx;
+              if (!tx.ok())
+                  return;
+              QuietGrid quiet(*this);
+              ModMain::SetSpecialCells(*g, code, schedulingView().lists);
+          });
     FireGridClickEvent();
 }
 

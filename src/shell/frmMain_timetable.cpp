@@ -156,45 +156,46 @@ void frmMain::showResourceLists(const QString& type) {
 }
 
 void frmMain::LoadTimetable(qint32 TimetableID) {
-    Guard("frmMain", "LoadTimetable", [&] {
-        const int row = g->row(), col = g->col();
-        SaveTimetable();
-        // Everything below only reads: one read transaction, one view of the file.
-        Transaction read(Transaction::Read);
-        Timetable::State& tt = Timetable::current();
-        tt.ID = TimetableID;
-        const ModMain::TimetableRow found = ModMain::ReadTimetable(TimetableID);
-        if (!found.found)
-            return;
-        for (QMenu* menu : {mnuView, mnuFormat, mnuTools, mnuPeriod})
-            setMenuEnabled(menu, true);
-        setToolbarEnabled(true);
-        setEnabled(command(QStringLiteral("mnuFileDelete")), true);
-        setEnabled(command(QStringLiteral("mnuFilePrintPreview")), true);
-        setEnabled(command(QStringLiteral("mnuFileExportPdf")), true);
-        tt.Loaded = false;
-        tt.TimeOnTop = found.TimeOnTop;
-        tt.Type = found.Type;
-        tt.Time12Hour = found.Time12Hour;
-        showResourceLists(tt.Type);
+    Guard("frmMain", "LoadTimetable",
+          VariableDump().parameter(QStringLiteral("TimetableID"), int(TimetableID)), [&] {
+              const int row = g->row(), col = g->col();
+              SaveTimetable();
+              // Everything below only reads: one read transaction, one view of the file.
+              Transaction read(Transaction::Read);
+              Timetable::State& tt = Timetable::current();
+              tt.ID = TimetableID;
+              const ModMain::TimetableRow found = ModMain::ReadTimetable(TimetableID);
+              if (!found.found)
+                  return;
+              for (QMenu* menu : {mnuView, mnuFormat, mnuTools, mnuPeriod})
+                  setMenuEnabled(menu, true);
+              setToolbarEnabled(true);
+              setEnabled(command(QStringLiteral("mnuFileDelete")), true);
+              setEnabled(command(QStringLiteral("mnuFilePrintPreview")), true);
+              setEnabled(command(QStringLiteral("mnuFileExportPdf")), true);
+              tt.Loaded = false;
+              tt.TimeOnTop = found.TimeOnTop;
+              tt.Type = found.Type;
+              tt.Time12Hour = found.Time12Hour;
+              showResourceLists(tt.Type);
 
-        ModMain::RefreshTutorList(*gTutor);
-        ModMain::RefreshSubjectList(*gSubject);
-        ModMain::RefreshRoomList(*gRoom);
-        ModMain::RefreshClassList(*gClass);
-        RefreshTable();
-        RefreshToolbarTimetables();
+              ModMain::RefreshTutorList(*gTutor);
+              ModMain::RefreshSubjectList(*gSubject);
+              ModMain::RefreshRoomList(*gRoom);
+              ModMain::RefreshClassList(*gClass);
+              RefreshTable();
+              RefreshToolbarTimetables();
 
-        setCaption(ModMain::GetTimetableName(TimetableID));
-        tt.Loaded = true;
-        {
-            QuietGrid quiet(*this);
-            g->setRowCol(std::clamp(row, 1, std::max(1, g->rows() - 1)),
-                         std::clamp(col, 1, std::max(1, g->cols() - 1)));
-        }
-        // The lists speak of the cell the grid comes back to.
-        ModMain::FireGridClickEvent(schedulingView());
-    });
+              setCaption(ModMain::GetTimetableName(TimetableID));
+              tt.Loaded = true;
+              {
+                  QuietGrid quiet(*this);
+                  g->setRowCol(std::clamp(row, 1, std::max(1, g->rows() - 1)),
+                               std::clamp(col, 1, std::max(1, g->cols() - 1)));
+              }
+              // The lists speak of the cell the grid comes back to.
+              ModMain::FireGridClickEvent(schedulingView());
+          });
 }
 
 void frmMain::RefreshTable() {

@@ -172,7 +172,8 @@ bool clsSQLite::BeginAction(bool write) {
             ErrorHandler(QStringLiteral("clsSQLite"), QStringLiteral("BeginAction"), __LINE__,
                          VbError(VbErr::SqlError,
                                  QStringLiteral("clsSQLite ") + QString::fromLatin1(begin),
-                                 QString::fromUtf8(sqlite3_errmsg(m_db))));
+                                 QString::fromUtf8(sqlite3_errmsg(m_db))),
+                         variables());
         }
         ActionScope::MarkFailed();
         return false;
@@ -196,8 +197,17 @@ void clsSQLite::EndAction() {
         const QString message = QString::fromUtf8(sqlite3_errmsg(m_db));
         sqlite3_exec(m_db, "ROLLBACK;", nullptr, nullptr, nullptr);
         ErrorHandler(QStringLiteral("clsSQLite"), QStringLiteral("EndAction"), __LINE__,
-                     VbError(VbErr::SqlError, QStringLiteral("clsSQLite COMMIT;"), message));
+                     VbError(VbErr::SqlError, QStringLiteral("clsSQLite COMMIT;"), message),
+                     variables());
     }
+}
+
+VariableDump clsSQLite::variables() const {
+    VariableDump dump;
+    dump.module(QStringLiteral("DB_Filename"), m_filename)
+        .module(QStringLiteral("DB_Handle"),
+                m_db ? DumpValue::ExternalRecord() : DumpValue(qint64(-1)));
+    return dump;
 }
 
 clsSQLiteRecordset clsSQLite::Execute(const QString& SQL) {
@@ -262,17 +272,21 @@ clsSQLiteRecordset clsSQLite::Execute(const QString& SQL) {
             ActionScope::MarkFailed();
             return rs;
         }
-        if (!m_errMsg.isEmpty())
-            throw VbError(VbErr::SqlError, QStringLiteral("clsSQLite ") + SQL,
-                          QStringLiteral("Error in SQL '") + SQL + QStringLiteral("'. Error '") +
-                              m_errMsg + QStringLiteral("'"));
+        if (!m_errMsg.isEmpty()) {
+            const QString description = QStringLiteral("Error in SQL '") + SQL +
+                                        QStringLiteral("'. Error '") + m_errMsg +
+                                        QStringLiteral("'");
+            throw VbError(VbErr::SqlError, QStringLiteral("clsSQLite ") + SQL, description);
+        }
         rs.setVTableArray(std::move(table));
         rs.setRecordCount(rows);
         rs.setRecordIndex(rows > 0 ? 0 : 1);
     } catch (const VbError& e) {
-        ErrorHandler(QStringLiteral("clsSQLite"), QStringLiteral("Execute"), e.line(), e);
+        ErrorHandler(QStringLiteral("clsSQLite"), QStringLiteral("Execute"), e.line(), e,
+                     variables().parameter(QStringLiteral("SQL"), SQL));
     } catch (...) {
-        ReportCurrentException("clsSQLite", "Execute");
+        ReportCurrentException("clsSQLite", "Execute", std::source_location::current(),
+                               variables().parameter(QStringLiteral("SQL"), SQL));
     }
     return rs;
 }

@@ -2,6 +2,7 @@
 // One open connection to one project file. Every read and write of a project
 // is a plain SQL text sent through Execute.
 
+#include "common/VariableDump.h"
 #include "store/clsSQLiteRecordset.h"
 
 #include <QString>
@@ -56,6 +57,9 @@ public:
     static void SetStatementHook(std::function<void()> hook);
 
 private:
+    // The connection's state as an error report shows it.
+    VariableDump variables() const;
+
     qint32 m_handle = -1; // -1: nothing open; 0: the library refused the open
     sqlite3* m_db = nullptr;
     QString m_errMsg;
