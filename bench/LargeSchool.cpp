@@ -1,10 +1,12 @@
 #include "LargeSchool.h"
 
+#include "autofill/AutoFillState.h"
 #include "common/Common.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
 #include "store/Transaction.h"
 #include "store/clsSQLite.h"
+#include "timetable/TimetableRecords.h"
 
 #include <QApplication>
 #include <benchmark/benchmark.h>
@@ -187,11 +189,40 @@ Restore::Restore() {
 }
 
 void Restore::operator()() const {
+    // Putting the school back is no step of the user's.
+    QuietAction quiet;
     Transaction tx;
     for (int i = 0; i < m_max.size(); ++i)
         ModMain::DB().Execute(QStringLiteral("DELETE FROM %1 WHERE id > %2")
                                   .arg(QLatin1String(kLinkTables[i]))
                                   .arg(m_max[i]));
+}
+
+namespace {
+QVector<qint32> ids(const char* table) {
+    QVector<qint32> out;
+    for (auto rs = ModMain::DB().Execute(
+             QStringLiteral("SELECT id FROM %1 WHERE id<>1 ORDER BY name").arg(table));
+         !rs.eof(); rs.MoveNext())
+        out << rs.Field("id").toInt();
+    return out;
+}
+} // namespace
+
+qint32 PrepareClassFill() {
+    static const qint32 timetable = [] {
+        ModMain::DB().Execute(QStringLiteral("INSERT INTO Class (name) VALUES ('Bench class')"));
+        return ModMain::CreateTimetable(QStringLiteral("Class"), ModMain::DB().GetInsertID(), 1);
+    }();
+    AutoFill::Reset();
+    AutoFill::State& a = AutoFill::state();
+    a.AutoFill_WhoID = timetable;
+    a.AutoFill_IncludeSubjects = ids("Subject").mid(0, 6);
+    a.AutoFill_IncludeSubjectPeriods = QVector<qint32>(6, 6);
+    a.AutoFill_Tutors = ids("Tutor");
+    a.AutoFill_Rooms = ids("Room");
+    a.AutoFill_MethodID = 1;
+    return timetable;
 }
 
 int RunWithWidgets(int argc, char** argv) {

@@ -47,6 +47,11 @@ private:
     QVector<int> m_max;
 };
 
+// A new class with an empty timetable on the open school (made once), and
+// Auto Fill's choices of a full week for it: six subjects of six periods in
+// its forty cells, every tutor and room offered. Returns the timetable.
+qint32 PrepareClassFill();
+
 // Runs the benchmarks of a program that needs Qt's widgets, offscreen.
 int RunWithWidgets(int argc, char** argv);
 

@@ -7,43 +7,17 @@
 #include "autofill/AutoFillEngine.h"
 #include "autofill/AutoFillState.h"
 #include "common/Arrays.h"
-#include "store/ModMain.h"
-#include "timetable/TimetableRecords.h"
+#include "shell/UndoHistory.h"
 
 #include <benchmark/benchmark.h>
 
 namespace {
 
-QVector<qint32> ids(const char* table) {
-    QVector<qint32> out;
-    for (auto rs = ModMain::DB().Execute(
-             QStringLiteral("SELECT id FROM %1 WHERE id<>1 ORDER BY name").arg(table));
-         !rs.eof(); rs.MoveNext())
-        out << rs.Field("id").toInt();
-    return out;
-}
-
-// A new class with an empty timetable, and the choices of a full week for
-// it: six subjects of six periods in its forty cells.
-qint32 prepareFill() {
-    static Bench::OpenSchool school;
-    static const qint32 timetable = [] {
-        ModMain::DB().Execute(QStringLiteral("INSERT INTO Class (name) VALUES ('Bench class')"));
-        return ModMain::CreateTimetable(QStringLiteral("Class"), ModMain::DB().GetInsertID(), 1);
-    }();
-    AutoFill::Reset();
-    AutoFill::State& a = AutoFill::state();
-    a.AutoFill_WhoID = timetable;
-    a.AutoFill_IncludeSubjects = ids("Subject").mid(0, 6);
-    a.AutoFill_IncludeSubjectPeriods = QVector<qint32>(6, 6);
-    a.AutoFill_Tutors = ids("Tutor");
-    a.AutoFill_Rooms = ids("Room");
-    a.AutoFill_MethodID = 1;
-    return timetable;
-}
-
 template <ModMain::Scoring scoring> void BM_AutoFill(benchmark::State& state) {
-    prepareFill();
+    static Bench::OpenSchool school;
+    // As in the program, the fill is recorded for Edit > Undo.
+    static UndoHistory history;
+    Bench::PrepareClassFill();
     const Bench::Restore restore;
     ModMain::FillProgress quiet;
     quint32 seed = 1;

@@ -4,6 +4,7 @@
 #include "autofill/FillChoices.h"
 #include "common/ErrorHandler.h"
 #include "common/Icons.h"
+#include "store/Transaction.h"
 #include "ui_frmAutoFillMethod.h"
 
 frmAutoFillMethod::frmAutoFillMethod(QWidget* parent)
@@ -34,6 +35,9 @@ void frmAutoFillMethod::cmdOK_Click() {
                                         ui->sRoom->value(), ui->sSubject->value(),
                                         ui->sClass->value()};
         qint32& id = AutoFill::state().giMethodEditID;
+        const ActionName name(
+            (id == -1 ? QStringLiteral("New Fill Method ") : QStringLiteral("Edit Fill Method ")) +
+            method.name);
         const qint32 saved = ModMain::SaveMethod(id, method);
         if (saved == -1)
             return;

@@ -3,6 +3,8 @@
 #include "autofill/AutoFillState.h"
 #include "autofill/FillAnimation.h"
 #include "common/Icons.h"
+#include "store/Transaction.h"
+#include "timetable/TimetableRecords.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -78,7 +80,11 @@ void frmAutoFill_Progress::tmrStart_Timer() {
     tmrStart->stop();
     m_running = true;
     m_sinceYield.start();
-    m_outcome = ModMain::RunAutoFill(*this);
+    {
+        const ActionName name(QStringLiteral("Auto Fill ") +
+                              ModMain::ReadTimetable(AutoFill::state().AutoFill_WhoID).Title);
+        m_outcome = ModMain::RunAutoFill(*this);
+    }
     m_running = false;
     if (m_outcome == ModMain::FillOutcome::Cancelled ||
         m_outcome == ModMain::FillOutcome::Refused) {

@@ -7,6 +7,7 @@
 #include "common/ErrorHandler.h"
 #include "common/Icons.h"
 #include "common/ListHelpers.h"
+#include "store/Transaction.h"
 #include "ui_frmDefineFillMethods.h"
 
 #include <QListWidget>
@@ -81,7 +82,10 @@ void frmDefineFillMethods::cmdRemove_Click() {
         if (MsgBox(QStringLiteral("Are you sure you want to delete the selected method?"),
                    MsgButtons::YesNo, MsgIcon::Question) != MsgResult::Yes)
             return;
-        ModMain::DeleteMethod(id);
+        {
+            const ActionName name(QStringLiteral("Delete Fill Method"));
+            ModMain::DeleteMethod(id);
+        }
         RefreshList(-1);
     });
 }

@@ -115,6 +115,21 @@ QPixmap paint(const QString& key) {
         p.setBrush(blue);
         p.drawEllipse(QRectF(12, 14, 20, 20));
         p.drawRoundedRect(QRectF(4, 36, 36, 24), 11, 11);
+    } else if (key == QLatin1String("Undo") || key == QLatin1String("Redo")) {
+        // A curved arrow turning back (Undo) or, mirrored, forward (Redo).
+        if (key == QLatin1String("Redo")) {
+            p.translate(kSize, 0);
+            p.scale(-1, 1);
+        }
+        p.setPen(QPen(blue, 7, Qt::SolidLine, Qt::RoundCap));
+        QPainterPath arc;
+        arc.moveTo(18, 26);
+        arc.cubicTo(36, 12, 58, 22, 54, 40);
+        arc.cubicTo(51, 50, 42, 54, 32, 54);
+        p.drawPath(arc);
+        p.setPen(Qt::NoPen);
+        p.setBrush(blue);
+        p.drawPolygon(QPolygonF({QPointF(6, 30), QPointF(26, 12), QPointF(28, 38)}));
     } else if (key == QLatin1String("Timetables")) {
         drawSheet(p, green);
     } else {

@@ -6,7 +6,9 @@
 #include "common/ListHelpers.h"
 #include "manage/ManageState.h"
 #include "manage/ResourceRecords.h"
+#include "scheduling/Availability.h"
 #include "scheduling/ResourceLists.h"
+#include "store/Transaction.h"
 #include "ui_frmResourceName.h"
 #include "ui_frmTutor.h"
 
@@ -52,6 +54,10 @@ void frmTutor::cmdOk_Click() {
         for (int i = 0; i < ui->lstSubjects->count(); ++i)
             if (ui->lstSubjects->item(i)->isSelected())
                 tutor.subjects.append(Common::ListBoxItemData(*ui->lstSubjects, i));
+        const ActionName name((Manage::state().giTutorEditID == -1
+                                   ? QStringLiteral("New Tutor ")
+                                   : QStringLiteral("Edit Tutor ")) +
+                              tutor.name);
         const qint32 saved = ModMain::SaveTutor(Manage::state().giTutorEditID, tutor);
         if (saved == -1)
             return;
@@ -109,6 +115,8 @@ void frmResourceName::cmdOk_Click() {
             return;
         }
         qint32& id = Manage::state().editID(m_kind);
+        const ActionName name((id == -1 ? QStringLiteral("New ") : QStringLiteral("Edit ")) +
+                              ModMain::KindWord(m_kind) + QLatin1Char(' ') + ui->txtName->text());
         const qint32 saved = ModMain::SaveResourceName(m_kind, id, ui->txtName->text());
         if (saved == -1)
             return;

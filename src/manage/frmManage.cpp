@@ -7,7 +7,9 @@
 #include "manage/ManageState.h"
 #include "manage/ResourceDialogs.h"
 #include "manage/ResourceRecords.h"
+#include "scheduling/Availability.h"
 #include "scheduling/ResourceLists.h"
+#include "store/Transaction.h"
 #include "ui_frmManage.h"
 
 using ModMain::ResourceKind;
@@ -115,7 +117,11 @@ void frmManage::cmdDelete_Click(const Kind& k) {
         if (Common::MsgBox(QString::fromLatin1(k.question), Common::MsgButtons::YesNo,
                            Common::MsgIcon::Question) != Common::MsgResult::Yes)
             return;
-        ModMain::DeleteResource(k.kind, selected.first()->data(Qt::UserRole).toInt());
+        {
+            const ActionName name(QStringLiteral("Delete ") + ModMain::KindWord(k.kind) +
+                                  QLatin1Char(' ') + selected.first()->text());
+            ModMain::DeleteResource(k.kind, selected.first()->data(Qt::UserRole).toInt());
+        }
         RefreshList(k);
         if (m_changed)
             m_changed();

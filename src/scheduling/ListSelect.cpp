@@ -198,6 +198,8 @@ void DoListSelect(ResourceKind kind, FlexGrid& List, int Col, Qt::MouseButton Bu
                 }
             }
         }
+        const ActionName name((adding ? QStringLiteral("Tick ") : QStringLiteral("Untick ")) +
+                              KindWord(kind) + QLatin1Char(' ') + List.textMatrix(row, 2));
         if (adding) {
             cell.SlotID = TickResource(kind, id, cell);
             if (cell.SlotID > 0)
@@ -314,6 +316,7 @@ void NameBoxLostFocus(ResourceKind kind, QLineEdit& box, const SchedulingView& v
         }
         // Creating the resource and ticking it are one action; a new one is
         // busy nowhere, so no question waits inside it.
+        const ActionName step(QStringLiteral("Tick ") + KindWord(kind) + QLatin1Char(' ') + name);
         Transaction tx;
         if (!tx.ok())
             return;

@@ -9,6 +9,7 @@
 #include "common/Icons.h"
 #include "common/VariableDump.h"
 #include "shell/CrashReport.h"
+#include "shell/UndoHistory.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
 #include "timetable/TimetableRecords.h"
@@ -50,6 +51,8 @@ constexpr ToolbarButton kToolbarButtons[] = {
     {"Break", "Break", "Set period as a break", "mnuPeriodBreak"},
     {"Unavailable", "Unavailable", "Set period as unavailable", "mnuPeriodUnavailable"},
     {"Manage", "Manage", "Manage tutors, rooms, classes and subjects", "mnuToolsManageTutors"},
+    {"Undo", "Undo", "Undo the last change", "mnuEditUndo"},
+    {"Redo", "Redo", "Redo the change last undone", "mnuEditRedo"},
 };
 
 FlexGrid* makeResourceList(const QString& name, const QString& word, QWidget* parent) {
@@ -83,6 +86,9 @@ void writeGlobalVariables(VariableDump& dump) {
 frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
     setObjectName(QStringLiteral("frmMain"));
     SetGlobalVariablesWriter(writeGlobalVariables);
+    m_history = new UndoHistory(this);
+    connect(m_history, &UndoHistory::stateChanged, this, &frmMain::updateHistoryCommands);
+    connect(m_history, &UndoHistory::projectChanged, this, &frmMain::ProjectChangedByHistory);
     setWindowTitle(Common::AppTitle());
     setWindowIcon(Icons::App());
     buildMenus();
@@ -93,7 +99,10 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
     resize(1180, 760);
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    // The history goes with the window's children, after its commands.
+    disconnect(m_history, nullptr, this, nullptr);
+}
 
 QAction* frmMain::addCommand(QMenu* menu, const QString& name, const QString& caption,
                              const QKeySequence& shortcut) {
@@ -134,6 +143,13 @@ void frmMain::buildMenus() {
     mnuFile->addSeparator();
     addCommand(mnuFile, QStringLiteral("mnuFileExit"), QStringLiteral("E&xit"),
                QKeySequence(QStringLiteral("Ctrl+Q")));
+
+    mnuEdit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
+    addCommand(mnuEdit, QStringLiteral("mnuEditUndo"), QStringLiteral("Undo"), QKeySequence::Undo);
+    addCommand(mnuEdit, QStringLiteral("mnuEditRedo"), QStringLiteral("Redo"))
+        ->setShortcuts(
+            {QKeySequence(QStringLiteral("Ctrl+Shift+Z")), QKeySequence(QStringLiteral("Ctrl+Y"))});
 
     mnuView = menuBar()->addMenu(QStringLiteral("&View"));
     mnuView->setObjectName(QStringLiteral("mnuView"));
@@ -204,7 +220,8 @@ void frmMain::buildToolbar() {
         action->setEnabled(false);
         connect(action, &QAction::triggered, this, [this, key] { ToolBar_ButtonClick(key); });
         m_toolbar->addAction(action);
-        if (key == QLatin1String("View") || key == QLatin1String("Unavailable"))
+        if (key == QLatin1String("View") || key == QLatin1String("Unavailable") ||
+            key == QLatin1String("Manage"))
             m_toolbar->addSeparator();
         m_commands.insert(action->objectName(), action);
         m_toolbarTargets.insert(key, QString::fromLatin1(b.command));
@@ -272,6 +289,8 @@ void frmMain::buildCentral() {
 void frmMain::wireCommands() {
     on(QStringLiteral("mnuFileOpenProject"), &frmMain::mnuFileOpenProject_Click);
     on(QStringLiteral("mnuFileExit"), &frmMain::mnuFileExit_Click);
+    on(QStringLiteral("mnuEditUndo"), &frmMain::mnuEditUndo_Click);
+    on(QStringLiteral("mnuEditRedo"), &frmMain::mnuEditRedo_Click);
     on(QStringLiteral("mnuFileNewProject"), &frmMain::mnuFileNewProject_Click);
     on(QStringLiteral("mnuFileSetUpCalendar"), &frmMain::mnuFileSetUpCalendar_Click);
     on(QStringLiteral("mnuHelpContents"), &frmMain::mnuHelpContents_Click);
@@ -331,6 +350,8 @@ namespace {
 // The commands that change the project, kept off while it is read-only.
 bool writes(const QString& command) {
     static const QSet<QString> writing = {"mnuFileNew",
+                                          "mnuEditUndo",
+                                          "mnuEditRedo",
                                           "mnuFileDelete",
                                           "mnuFileSetUpCalendar",
                                           "mnuFormatTimetable",
@@ -381,6 +402,51 @@ void frmMain::setMenuEnabled(QMenu* menu, bool enabled) {
 void frmMain::setToolbarEnabled(bool enabled) {
     for (const ToolbarButton& b : kToolbarButtons)
         setEnabled(m_commands.value(QStringLiteral("tb") + QString::fromLatin1(b.key)), enabled);
+    updateHistoryCommands();
+}
+
+void frmMain::updateHistoryCommands() {
+    const bool open = ModMain::ProjectIsOpen();
+    const struct {
+        const char* menu;
+        const char* button;
+        bool can;
+        QString text;
+        const char* nothing;
+    } commands[] = {{"mnuEditUndo", "tbUndo", m_history->stack().canUndo(), m_history->undoText(),
+                     "Nothing to undo"},
+                    {"mnuEditRedo", "tbRedo", m_history->stack().canRedo(), m_history->redoText(),
+                     "Nothing to redo"}};
+    for (const auto& c : commands) {
+        QAction* menu = command(QString::fromLatin1(c.menu));
+        menu->setText(c.text);
+        setEnabled(menu, open && c.can);
+        QAction* button = command(QString::fromLatin1(c.button));
+        button->setToolTip(c.can ? c.text : QString::fromLatin1(c.nothing));
+        setEnabled(button, open && c.can);
+    }
+}
+
+void frmMain::mnuEditUndo_Click() {
+    Guard("frmMain", "mnuEditUndo_Click", [&] { m_history->undo(); });
+}
+
+void frmMain::mnuEditRedo_Click() {
+    Guard("frmMain", "mnuEditRedo_Click", [&] { m_history->redo(); });
+}
+
+void frmMain::ProjectChangedByHistory() {
+    // A step may have added or removed the days and periods, the timetable
+    // shown, or resources: show the project as it now is.
+    YesProject();
+    const qint32 shown = Timetable::current().ID;
+    if (shown != 0 && ModMain::ReadTimetable(shown).found) {
+        LoadTimetable(shown);
+    } else {
+        NoTimetable();
+        RefreshToolbarTimetables();
+        showFirstTimetable();
+    }
 }
 
 void frmMain::NoTimetable() {
@@ -397,6 +463,7 @@ void frmMain::NoTimetable() {
 }
 
 void frmMain::NoProject() {
+    m_history->clear();
     NoTimetable();
     g->setEmptyText(QStringLiteral("No project is open.\n\nChoose File > New Project to set up a "
                                    "school, or File > Open Project to open one."));
@@ -464,6 +531,7 @@ void frmMain::Form_Load(const QString& projectFile) {
 }
 
 void frmMain::ProjectOpened() {
+    m_history->clear();
     YesProject();
     ShowProjectPath(ModMain::DB().GetDBFilename());
     NoTimetable();

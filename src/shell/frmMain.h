@@ -12,6 +12,7 @@
 #include <functional>
 
 class FlexGrid;
+class UndoHistory;
 class QLabel;
 class QLineEdit;
 class QMenu;
@@ -49,6 +50,13 @@ public:
     void mnuHelpTips_Click();
     void mnuHelpAbout_Click();
     void mnuHelpGettingStarted_Click();
+
+    // Edit menu: undo and redo the project's last steps, then show the
+    // project as they left it.
+    void mnuEditUndo_Click();
+    void mnuEditRedo_Click();
+    void ProjectChangedByHistory();
+    UndoHistory& history() const { return *m_history; }
 
     // Runs the command of a toolbar button by its key.
     void ToolBar_ButtonClick(const QString& key);
@@ -141,7 +149,8 @@ private:
     void showResourceLists(const QString& type);
     // The lists, name boxes and grid events of hand scheduling.
     void wireScheduling();
-    void markPeriods(const QString& question, qint16 code);
+    // step names it in the Edit menu ("Mark Lunch").
+    void markPeriods(const QString& question, qint16 code, const QString& step);
     ModMain::SchedulingView schedulingView() const;
     bool eventFilter(QObject* watched, QEvent* event) override;
     // Above zero while the program moves the grid's current cell itself, so
@@ -160,7 +169,11 @@ private:
     QHash<QString, QAction*> m_commands;
     QSet<QAction*> m_built;
     QHash<QString, QString> m_toolbarTargets; // toolbar key -> menu command
+    void updateHistoryCommands();
+
+    UndoHistory* m_history = nullptr;
     QMenu* mnuFile = nullptr;
+    QMenu* mnuEdit = nullptr;
     QMenu* mnuView = nullptr;
     QMenu* mnuFormat = nullptr;
     QMenu* mnuTools = nullptr;

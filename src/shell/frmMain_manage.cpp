@@ -13,6 +13,7 @@
 #include "manage/frmManage.h"
 #include "manage/frmTableOpen.h"
 #include "store/ModMain.h"
+#include "store/Transaction.h"
 #include "timetable/TimetableState.h"
 #include "wizards/WizardState.h"
 
@@ -76,6 +77,7 @@ void frmMain::mnuFileImportResources_Click() {
                                        QString(), QStringLiteral("Import Resources"),
                                        QStringLiteral("csv"), this))
             return;
+        const ActionName name(QStringLiteral("Import Resources"));
         const ModMain::ImportResult result = ModMain::ImportResources(file);
         if (result.ok)
             ResourcesChanged();

@@ -145,11 +145,12 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     return QMainWindow::eventFilter(watched, event);
 }
 
-void frmMain::markPeriods(const QString& question, qint16 code) {
+void frmMain::markPeriods(const QString& question, qint16 code, const QString& step) {
     Guard("frmMain", "mnuPeriod_Click", VariableDump().parameter(QStringLiteral("code"), int(code)),
           [&] {
               if (MsgBox(question, MsgButtons::YesNoCancel, MsgIcon::Question) != MsgResult::Yes)
                   return;
+              const ActionName name(step);
               Transaction tx;
               if (!tx.ok())
                   return;
@@ -160,25 +161,29 @@ void frmMain::markPeriods(const QString& question, qint16 code) {
 }
 
 void frmMain::mnuPeriodClear_Click() {
-    markPeriods(QStringLiteral("Blank all selected periods?"), ModMain::SpecialID::Ordinary);
+    markPeriods(QStringLiteral("Blank all selected periods?"), ModMain::SpecialID::Ordinary,
+                QStringLiteral("Clear Periods"));
 }
 
 void frmMain::mnuPeriodUnavailable_Click() {
     markPeriods(QStringLiteral("Make selected periods unavailable?"),
-                ModMain::SpecialID::Unavailable);
+                ModMain::SpecialID::Unavailable, QStringLiteral("Mark Unavailable"));
 }
 
 void frmMain::mnuPeriodLunch_Click() {
-    markPeriods(QStringLiteral("Make selected periods for lunch?"), ModMain::SpecialID::Lunch);
+    markPeriods(QStringLiteral("Make selected periods for lunch?"), ModMain::SpecialID::Lunch,
+                QStringLiteral("Mark Lunch"));
 }
 
 void frmMain::mnuPeriodBreak_Click() {
-    markPeriods(QStringLiteral("Mark selected as free periods?"), ModMain::SpecialID::Break);
+    markPeriods(QStringLiteral("Mark selected as free periods?"), ModMain::SpecialID::Break,
+                QStringLiteral("Mark Break"));
 }
 
 void frmMain::mnuFormatDefineLunchColumn_Click() {
     Guard("frmMain", "mnuFormatDefineLunchColumn_Click", [&] {
         const int row = g->row(), col = g->col();
+        const ActionName name(QStringLiteral("Define Lunch"));
         {
             Transaction tx;
             if (!tx.ok())

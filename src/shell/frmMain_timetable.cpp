@@ -10,6 +10,7 @@
 #include "scheduling/ResourceLists.h"
 #include "store/ModMain.h"
 #include "store/Transaction.h"
+#include "timetable/TimetableChoices.h"
 #include "timetable/TimetableGrid.h"
 #include "timetable/TimetableRecords.h"
 #include "timetable/TimetableState.h"
@@ -229,6 +230,8 @@ void frmMain::DoNewTimeTableWizard() {
             return;
         WaitCursor wait;
         const Wizard::State& w = Wizard::state();
+        const ActionName name(QStringLiteral("New Timetable ") + w.WizardType + QLatin1Char(' ') +
+                              ModMain::OwnerName(w.WizardType, w.WizardWhoID));
         const qint32 id = ModMain::CreateTimetable(w.WizardType, w.WizardWhoID, w.WizardStyleID);
         if (id == 0)
             return;
@@ -250,7 +253,10 @@ void frmMain::mnuFileDelete_Click() {
                    MsgIcon::Question) != MsgResult::Yes)
             return;
         WaitCursor wait;
-        ModMain::DeleteTimetable(Timetable::current().ID);
+        {
+            const ActionName name(QStringLiteral("Delete Timetable ") + Timetable::current().Title);
+            ModMain::DeleteTimetable(Timetable::current().ID);
+        }
         Timetable::current().ID = 0;
         if (const qint32 first = ModMain::FirstTimetableID(); first == 0)
             NoTimetable();
@@ -269,8 +275,15 @@ void frmMain::mnuFormatTimetable_Click() {
 void frmMain::mnuFormatSameSizeColumns_Click() {
     Guard("frmMain", "mnuFormatSameSizeColumns_Click", [&] {
         if (MsgBox(QStringLiteral("Set all columns to the same width?"), MsgButtons::YesNoCancel,
-                   MsgIcon::Question) == MsgResult::Yes)
-            ModMain::SetSameColumnWidths(*g);
+                   MsgIcon::Question) != MsgResult::Yes) {
+            ModMain::SaveTimetable(*g);
+            return;
+        }
+        const ActionName name(QStringLiteral("Same Size Columns"));
+        Transaction tx;
+        if (!tx.ok())
+            return;
+        ModMain::SetSameColumnWidths(*g);
         ModMain::SaveTimetable(*g);
     });
 }

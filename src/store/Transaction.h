@@ -30,3 +30,33 @@ private:
     clsSQLite& m_db;
     bool m_ok;
 };
+
+// Names the user action that runs while it lives, for Edit > Undo and Redo
+// ("Undo Tick Tutor Mr Brown"). Set it before the action's first
+// Transaction; the outermost name wins, so a lesson moved by unticking and
+// ticking is one "Move Lesson".
+class ActionName {
+public:
+    explicit ActionName(const QString& name, clsSQLite& db = ModMain::DB()) : m_db(db) {
+        m_db.Changes().pushName(name);
+    }
+    ~ActionName() { m_db.Changes().popName(); }
+    ActionName(const ActionName&) = delete;
+    ActionName& operator=(const ActionName&) = delete;
+
+private:
+    clsSQLite& m_db;
+};
+
+// Writes that are no step of their own to undo (sizes saved on the way to
+// another timetable).
+class QuietAction {
+public:
+    explicit QuietAction(clsSQLite& db = ModMain::DB()) : m_db(db) { m_db.Changes().pushQuiet(); }
+    ~QuietAction() { m_db.Changes().popQuiet(); }
+    QuietAction(const QuietAction&) = delete;
+    QuietAction& operator=(const QuietAction&) = delete;
+
+private:
+    clsSQLite& m_db;
+};

@@ -117,6 +117,7 @@ bool clsSQLite::DBOpen(const QString& File_Name, qint32 /*Mode: no meaning for S
         // gives "ID"), not by the table's own spelling; Field reads by that name.
         sqlite3_exec(m_db, "PRAGMA short_column_names = OFF;", nullptr, nullptr, nullptr);
         m_filename = File_Name;
+        m_changes.reset(m_db);
         return true;
     }
     if (db)
@@ -139,6 +140,13 @@ void clsSQLite::DBClose() {
     m_readOnly = false;
     m_actionDepth = 0;
     m_savepoints = 0;
+    m_changes.reset(nullptr);
+}
+
+ApplyResult clsSQLite::ApplyChanges(const QByteArray& changes, bool invert) {
+    if (!m_db || m_readOnly || m_actionDepth > 0)
+        return ApplyResult::Failed;
+    return m_changes.apply(m_db, changes, invert);
 }
 
 void clsSQLite::SetBusyTimeout(int milliseconds) {
@@ -180,6 +188,8 @@ bool clsSQLite::BeginAction(bool write) {
     }
     m_actionDepth = 1;
     m_savepoints = 0;
+    if (write && !m_readOnly)
+        m_changes.begin(m_db);
     return true;
 }
 
@@ -187,8 +197,10 @@ void clsSQLite::EndAction() {
     if (m_actionDepth == 0 || --m_actionDepth > 0)
         return;
     m_savepoints = 0;
-    if (!m_db || sqlite3_get_autocommit(m_db))
+    if (!m_db || sqlite3_get_autocommit(m_db)) {
+        m_changes.end(false);
         return;
+    }
     // What ran is kept, even when the action ended through an error: the
     // statements already run stand, as they would one by one.
     int rc = sqlite3_exec(m_db, "COMMIT;", nullptr, nullptr, nullptr);
@@ -196,10 +208,13 @@ void clsSQLite::EndAction() {
     if (rc != SQLITE_OK) {
         const QString message = QString::fromUtf8(sqlite3_errmsg(m_db));
         sqlite3_exec(m_db, "ROLLBACK;", nullptr, nullptr, nullptr);
+        m_changes.end(false);
         ErrorHandler(QStringLiteral("clsSQLite"), QStringLiteral("EndAction"), __LINE__,
                      VbError(VbErr::SqlError, QStringLiteral("clsSQLite COMMIT;"), message),
                      variables());
+        return;
     }
+    m_changes.end(true);
 }
 
 VariableDump clsSQLite::variables() const {

@@ -3,6 +3,7 @@
 // is a plain SQL text sent through Execute.
 
 #include "common/VariableDump.h"
+#include "store/ChangeLog.h"
 #include "store/clsSQLiteRecordset.h"
 
 #include <QString>
@@ -51,6 +52,13 @@ public:
     void EndAction();
     bool InAction() const { return m_actionDepth > 0; }
 
+    // Each committed writing action's changes go to the recorder (the undo
+    // history); ActionName and QuietAction in Transaction.h say what it was.
+    void SetChangeRecorder(ChangeRecorder recorder) { m_changes.setRecorder(std::move(recorder)); }
+    ChangeLog& Changes() { return m_changes; }
+    // Undoes (invert) or redoes one recorded step in one transaction.
+    ApplyResult ApplyChanges(const QByteArray& changes, bool invert);
+
     // How long a statement waits for another program's lock.
     void SetBusyTimeout(int milliseconds);
     // Called after every statement the connection runs; only tests install it.
@@ -69,6 +77,7 @@ private:
     int m_busyTimeout = 3000;
     int m_actionDepth = 0;
     int m_savepoints = 0; // "BEGIN;" turned into savepoints, not yet released
+    ChangeLog m_changes;
 };
 
 // The words shown when another program holds the project's lock.

@@ -260,6 +260,8 @@ void SaveTimetable(FlexGrid& Grid) {
         changed = Grid.rowHeightChanged(r);
     if (!changed)
         return;
+    // Sizes follow the user's dragging; they are no step to undo.
+    QuietAction quiet;
     Transaction tx;
     if (!tx.ok())
         return;

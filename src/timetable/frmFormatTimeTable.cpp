@@ -1,6 +1,7 @@
 #include "timetable/frmFormatTimeTable.h"
 
 #include "common/ErrorHandler.h"
+#include "store/Transaction.h"
 #include "timetable/TimetableRecords.h"
 #include "timetable/TimetableState.h"
 
@@ -69,6 +70,7 @@ void frmFormatTimeTable::Form_Load() {
 
 void frmFormatTimeTable::cmdOk_Click() {
     Guard("frmFormatTimeTable", "cmdOk_Click", [&] {
+        const ActionName name(QStringLiteral("Format Timetable"));
         ModMain::SaveTimetableFormat(Timetable::current().ID, cboTimeFormat->currentIndex() == 0,
                                      cboAxis->currentIndex() == 0);
         if (m_reload)

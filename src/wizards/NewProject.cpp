@@ -5,6 +5,7 @@
 #include "common/FileDialogs.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
+#include "store/Transaction.h"
 #include "wizards/ProjectCalendar.h"
 #include "wizards/ProjectScreens.h"
 #include "wizards/WizardState.h"
@@ -160,6 +161,7 @@ void DoNewProject(ProjectHost& host) {
             MsgBox(OpenFailureText(s.WizardFileName), MsgButtons::Ok, MsgIcon::Critical);
             return;
         }
+        const ActionName name(QStringLiteral("Set Up Days and Periods"));
         Wizard::WriteProjectCalendar(s.WizardHours, s.WizardDOW);
         host.ProjectOpened();
         askForTimetable(host);
@@ -175,6 +177,7 @@ bool DoSetUpCalendar(ProjectHost& host) {
         s.WizardScreen = ProjectScreen::Days;
         if (!runScreens(host, ProjectScreen::Days))
             return false;
+        const ActionName name(QStringLiteral("Set Up Days and Periods"));
         Wizard::WriteProjectCalendar(s.WizardHours, s.WizardDOW);
         host.ProjectOpened();
         askForTimetable(host);

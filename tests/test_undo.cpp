@@ -1,0 +1,232 @@
+// Undo and redo: every kind of action, done, undone and redone on a school
+// with a clash, leaves every table exactly as it was before and after it; a
+// step the file no longer fits is refused with nothing changed; the Edit
+// menu names its steps and the window shows what undo brought back.
+
+#include "autofill/AutoFillEngine.h"
+#include "autofill/AutoFillState.h"
+#include "common/Arrays.h"
+#include "manage/ResourceCsv.h"
+#include "manage/ResourceRecords.h"
+#include "scheduling/SchedulingState.h"
+#include "shell/UndoHistory.h"
+#include "shell/frmMain.h"
+#include "store/Records.h"
+#include "store/Transaction.h"
+#include "support/Fixtures.h"
+#include "timetable/TimetableState.h"
+
+#include <QAction>
+#include <QtTest>
+#include <sqlite3.h>
+
+using namespace Fixtures;
+using ModMain::ResourceKind;
+
+namespace {
+// Two classes whose timetables both have Mr Brown on Monday at 9:00, his own
+// timetable, and a room timetable.
+struct School : OpenProject {
+    QMap<QString, qint32> id, tt;
+
+    School()
+        : OpenProject({"Monday", "Tuesday", "Wednesday"}, {"9:00", "10:00", "11:00", "12:00"}) {
+        for (const QString name : {"Mr Brown", "Dr Chen", "Ms O'Hara"})
+            id[name] = ModMain::CreateTutorRecord(name, name.right(3).toUpper(), "", "");
+        for (const QString name : {"Maths", "Art"})
+            id[name] = ModMain::CreateSubjectRecord(name, 1);
+        for (const QString name : {"Hall", "Lab"})
+            id[name] = ModMain::CreateRoomRecord(name, 30);
+        for (const QString name : {"7A", "7B"}) {
+            id[name] = insertClass(name);
+            tt["Class " + name] = ModMain::CreateTimetable("Class", id[name], 1);
+        }
+        tt["Tutor Mr Brown"] = ModMain::CreateTimetable("Tutor", id["Mr Brown"], 1);
+        tt["Room Hall"] = ModMain::CreateTimetable("Room", id["Hall"], 1);
+        lesson("Class 7A", 1, 1, {"Mr Brown", "Maths", "Hall"});
+        lesson("Class 7B", 1, 1, {"Mr Brown", "Art", "Lab"});
+        lesson("Class 7A", 2, 3, {"Dr Chen", "Art", "Lab"});
+    }
+    void lesson(const QString& timetable, int day, int period, const QStringList& names) {
+        const qint32 slot = slotAt(tt[timetable], day, period);
+        link("Tutor", slot, id[names[0]]);
+        link("Subject", slot, id[names[1]]);
+        link("Room", slot, id[names[2]]);
+    }
+    QString now() const { return dump(file); }
+};
+
+void autoFill7A(const School& s) {
+    AutoFill::State& a = AutoFill::state();
+    a = AutoFill::State();
+    a.AutoFill_WhoID = s.tt["Class 7A"];
+    a.AutoFill_IncludeSubjects = {s.id["Maths"], s.id["Art"]};
+    a.AutoFill_IncludeSubjectPeriods = {3, 2};
+    a.AutoFill_Tutors = {s.id["Mr Brown"], s.id["Dr Chen"]};
+    a.AutoFill_Rooms = {s.id["Hall"], s.id["Lab"]};
+    a.AutoFill_MethodID = 1;
+    Common::Randomize(3);
+    ModMain::FillProgress quiet;
+    QCOMPARE(ModMain::RunAutoFill(quiet), ModMain::FillOutcome::Finished);
+}
+} // namespace
+
+class TestUndo : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void eachActionUndoesAndRedoes_data();
+    void eachActionUndoesAndRedoes();
+    void outsideChangesAreRefused();
+    void editMenuAndWindow();
+};
+
+void TestUndo::eachActionUndoesAndRedoes_data() {
+    QTest::addColumn<QString>("action");
+    for (const char* action :
+         {"Tick Tutor Mr Brown", "Tick Class 7B", "Untick Tutor Mr Brown", "Auto Fill Class 7A",
+          "New Timetable Tutor Dr Chen", "Delete Timetable Class 7B", "Format Timetable",
+          "Edit Tutor Mr Brown", "Delete Tutor Mr Brown", "Import Resources"})
+        QTest::newRow(action) << QString::fromLatin1(action);
+}
+
+void TestUndo::eachActionUndoesAndRedoes() {
+    QFETCH(QString, action);
+    School s;
+    UndoHistory history;
+    const QString before = s.now();
+    {
+        const ActionName name(action);
+        if (action == "Tick Tutor Mr Brown") // mirrored into his own timetable
+            ModMain::TickResource(ResourceKind::Tutor, s.id["Mr Brown"],
+                                  cellAt(s.tt["Class 7A"], 2, 2));
+        else if (action == "Tick Class 7B") // mirrored into 7B's timetable
+            ModMain::TickResource(ResourceKind::Class, s.id["7B"],
+                                  cellAt(s.tt["Tutor Mr Brown"], 3, 1));
+        else if (action == "Untick Tutor Mr Brown")
+            ModMain::UntickResource(ResourceKind::Tutor, s.id["Mr Brown"],
+                                    cellAt(s.tt["Class 7A"], 1, 1));
+        else if (action == "Auto Fill Class 7A")
+            autoFill7A(s);
+        else if (action == "New Timetable Tutor Dr Chen") // cross-referenced rooms too
+            ModMain::CreateTimetable("Tutor", s.id["Dr Chen"], 1);
+        else if (action == "Delete Timetable Class 7B")
+            ModMain::DeleteTimetable(s.tt["Class 7B"]);
+        else if (action == "Format Timetable")
+            ModMain::SaveTimetableFormat(s.tt["Class 7A"], true, false);
+        else if (action == "Edit Tutor Mr Brown")
+            ModMain::SaveTutor(s.id["Mr Brown"], {"Mr Browne", "BRN", {s.id["Art"]}});
+        else if (action == "Delete Tutor Mr Brown") // his links and timetable go too
+            ModMain::DeleteResource(ResourceKind::Tutor, s.id["Mr Brown"]);
+        else
+            QVERIFY(ModMain::ImportResources(
+                        writeFile(s.env.path("more.csv"), "Name,Kind\nDrama,Subject\n8C,Class\n"))
+                        .ok);
+    }
+    const QString after = s.now();
+    QVERIFY(after != before);
+    QCOMPARE(history.stack().count(), 1);
+    QCOMPARE(history.undoText(), "Undo " + action);
+    QCOMPARE(history.redoText(), QString("Redo"));
+
+    QVERIFY(history.undo());
+    QCOMPARE(s.now(), before);
+    QCOMPARE(history.redoText(), "Redo " + action);
+    QVERIFY(history.redo());
+    QCOMPARE(s.now(), after);
+    QVERIFY(history.undo());
+    QCOMPARE(s.now(), before);
+    QVERIFY(s.messages.texts().isEmpty());
+}
+
+void TestUndo::outsideChangesAreRefused() {
+    School s;
+    UndoHistory history;
+    const auto tick = [&](const char* tutor, int day) {
+        const ActionName name(QStringLiteral("Tick Tutor ") + tutor);
+        ModMain::TickResource(ResourceKind::Tutor, s.id[tutor], cellAt(s.tt["Class 7A"], day, 2));
+    };
+    const auto elsewhere = [&](const char* sql) {
+        sqlite3* other = nullptr;
+        QCOMPARE(sqlite3_open(s.file.toUtf8().constData(), &other), SQLITE_OK);
+        QCOMPARE(sqlite3_exec(other, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+        sqlite3_close(other);
+    };
+    tick("Dr Chen", 1);
+    tick("Ms O'Hara", 2);
+    elsewhere("UPDATE Tutor SET name = 'Mrs O''Hara' WHERE name = 'Ms O''Hara'");
+    const QString changed = s.now();
+    QVERIFY(!history.undo());
+    QCOMPARE(s.now(), changed);
+    QCOMPARE(s.messages.texts(),
+             QStringList("The project was changed outside Vantor Planner since this step, so it "
+                         "cannot be undone. Nothing was changed, and the list of steps to undo "
+                         "has been cleared."));
+    QCOMPARE(history.stack().count(), 0);
+
+    // A step after an outside change is undoable; the ones before it are gone.
+    tick("Dr Chen", 3);
+    elsewhere("UPDATE Room SET name = 'Great Hall' WHERE name = 'Hall'");
+    const QString beforeLast = s.now();
+    tick("Mr Brown", 3);
+    QCOMPARE(history.stack().count(), 1);
+    QVERIFY(history.undo());
+    QCOMPARE(s.now(), beforeLast);
+}
+
+void TestUndo::editMenuAndWindow() {
+    School s;
+    Timetable::Reset();
+    Scheduling::Reset();
+    frmMain w;
+    w.Form_Load(s.file);
+    w.LoadTimetable(s.tt["Class 7A"]);
+    QAction* undo = w.command("mnuEditUndo");
+    QAction* redo = w.command("mnuEditRedo");
+    QVERIFY(!undo->isEnabled() && !w.command("tbUndo")->isEnabled());
+    QCOMPARE(undo->text(), QString("Undo"));
+
+    // Marking a break: named, undone with the grid showing the lesson again.
+    w.g->setRowCol(1, 1);
+    const QString lesson = w.g->textMatrix(1, 1);
+    QVERIFY(!lesson.isEmpty());
+    const QString before = s.now();
+    s.messages.answer(Common::MsgResult::Yes);
+    w.command("tbBreak")->trigger();
+    QCOMPARE(w.g->textMatrix(1, 1), QString());
+    QCOMPARE(undo->text(), QString("Undo Mark Break"));
+    QVERIFY(undo->isEnabled() && w.command("tbUndo")->isEnabled());
+    QCOMPARE(w.command("tbUndo")->toolTip(), QString("Undo Mark Break"));
+    w.command("tbUndo")->trigger();
+    QCOMPARE(s.now(), before);
+    QCOMPARE(w.g->textMatrix(1, 1), lesson);
+    QCOMPARE(redo->text(), QString("Redo Mark Break"));
+    QVERIFY(!undo->isEnabled());
+
+    // Undoing the creation of the timetable shown shows another.
+    {
+        const ActionName name("New Timetable Tutor Dr Chen & Co");
+        w.LoadTimetable(ModMain::CreateTimetable("Tutor", s.id["Dr Chen"], 1));
+    }
+    QCOMPARE(undo->text(), QString("Undo New Timetable Tutor Dr Chen && Co"));
+    QVERIFY(!redo->isEnabled()); // a new step ends what could be redone
+    undo->trigger();
+    QVERIFY(Timetable::current().ID != 0);
+    QVERIFY(ModMain::ReadTimetable(Timetable::current().ID).found);
+    QCOMPARE(s.now(), before);
+
+    // Sizes saved on the way to another timetable are no step of their own:
+    // what can be redone is still there.
+    w.g->setColumnWidth(1, w.g->columnWidth(1) + 40);
+    w.LoadTimetable(s.tt["Class 7B"]);
+    QVERIFY(redo->isEnabled());
+
+    // Closing the project ends its history.
+    redo->trigger();
+    QVERIFY(undo->isEnabled());
+    w.NoProject();
+    QVERIFY(!undo->isEnabled() && !redo->isEnabled());
+    QCOMPARE(w.history().stack().count(), 0);
+}
+
+QTEST_MAIN(TestUndo)
+#include "test_undo.moc"
