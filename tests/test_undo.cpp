@@ -17,6 +17,8 @@
 #include "timetable/TimetableState.h"
 
 #include <QAction>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QtTest>
 #include <sqlite3.h>
 
@@ -46,6 +48,7 @@ struct School : OpenProject {
         lesson("Class 7A", 1, 1, {"Mr Brown", "Maths", "Hall"});
         lesson("Class 7B", 1, 1, {"Mr Brown", "Art", "Lab"});
         lesson("Class 7A", 2, 3, {"Dr Chen", "Art", "Lab"});
+        lesson("Class 7A", 3, 3, {"Ms O'Hara", "Art", "Hall"});
     }
     void lesson(const QString& timetable, int day, int period, const QStringList& names) {
         const qint32 slot = slotAt(tt[timetable], day, period);
@@ -78,6 +81,7 @@ private Q_SLOTS:
     void eachActionUndoesAndRedoes();
     void outsideChangesAreRefused();
     void editMenuAndWindow();
+    void draggingALesson();
 };
 
 void TestUndo::eachActionUndoesAndRedoes_data() {
@@ -226,6 +230,98 @@ void TestUndo::editMenuAndWindow() {
     w.NoProject();
     QVERIFY(!undo->isEnabled() && !redo->isEnabled());
     QCOMPARE(w.history().stack().count(), 0);
+}
+
+namespace {
+// Sends the grid the drag-and-drop events of a drop on (row, col); whether
+// the grid would take it there.
+bool dropOn(frmMain& w, QMimeData* data, int row, int col, bool drop = true) {
+    const QPoint pos = w.g->visualRect(w.g->model()->index(row - 1, col - 1)).center();
+    QDragEnterEvent enter(pos, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(w.g->viewport(), &enter);
+    if (!enter.isAccepted() || !drop) {
+        QDragLeaveEvent leave;
+        QCoreApplication::sendEvent(w.g->viewport(), &leave);
+        return enter.isAccepted();
+    }
+    QDropEvent event(pos, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(w.g->viewport(), &event);
+    return true;
+}
+} // namespace
+
+void TestUndo::draggingALesson() {
+    School s;
+    Timetable::Reset();
+    Scheduling::Reset();
+    frmMain w;
+    w.resize(1200, 800);
+    w.show();
+    w.Form_Load(s.file);
+    w.LoadTimetable(s.tt["Class 7A"]);
+    const auto cell = [&](int r, int c) { return w.g->textMatrix(r, c).simplified(); };
+    const QString chen = cell(2, 3), ohara = cell(3, 3), brown = cell(1, 1);
+    const QString start = s.now();
+    const QColor plain = w.g->cellBackColor(1, 2);
+
+    // While dragging Dr Chen's Art in the Lab: Monday 9:00 is tinted, as 7B
+    // has the Lab then; Escape takes the tints away and moves nothing.
+    std::unique_ptr<QMimeData> data(w.BeginLessonDrag(2, 3));
+    QVERIFY(data);
+    QVERIFY(w.g->cellBackColor(1, 1) != w.g->cellBackColor(1, 2));
+    QCOMPARE(w.g->cellBackColor(1, 2), plain);
+    QVERIFY(dropOn(w, data.get(), 1, 2, false));
+    QVERIFY(!dropOn(w, data.get(), 2, 3, false)); // not onto itself
+    w.EndLessonDrag();
+    QCOMPARE(w.g->cellBackColor(1, 1), w.g->cellBackColor(1, 2));
+    QCOMPARE(s.now(), start);
+
+    // A move to a free period, then undone.
+    data.reset(w.BeginLessonDrag(2, 3));
+    QVERIFY(dropOn(w, data.get(), 1, 2));
+    w.EndLessonDrag();
+    QCOMPARE(cell(1, 2), chen);
+    QCOMPARE(cell(2, 3), QString());
+    QCOMPARE(w.command("mnuEditUndo")->text(), QString("Undo Move Lesson"));
+    w.command("mnuEditUndo")->trigger();
+    QCOMPARE(s.now(), start);
+    QCOMPARE(cell(2, 3), chen);
+
+    // A swap with a lesson that fits there too, then undone.
+    data.reset(w.BeginLessonDrag(2, 3));
+    QVERIFY(dropOn(w, data.get(), 3, 3));
+    w.EndLessonDrag();
+    QCOMPARE(cell(3, 3), chen);
+    QCOMPARE(cell(2, 3), ohara);
+    QCOMPARE(w.command("mnuEditUndo")->text(), QString("Undo Swap Lessons"));
+    w.command("mnuEditUndo")->trigger();
+    QCOMPARE(s.now(), start);
+
+    // A swap that puts the Lab where 7B has it: asked as a tick's clash;
+    // No leaves everything as it was, with no step to undo.
+    data.reset(w.BeginLessonDrag(2, 3));
+    ModalDriver driver;
+    driver.expect("frmClash", press("cmdNo"));
+    QCOMPARE(driver.run([&] { dropOn(w, data.get(), 1, 1); }), QString());
+    w.EndLessonDrag();
+    QCOMPARE(s.now(), start);
+    QCOMPARE(cell(1, 1), brown);
+    QVERIFY(!w.command("mnuEditUndo")->isEnabled());
+
+    // Mr Brown's own timetable holds a copy of his Monday 9:00 lesson, Hall
+    // and all: a swap with it is no clash with the copy of the very lesson
+    // that leaves.
+    const qint32 copy = slotAt(s.tt["Tutor Mr Brown"], 1, 1);
+    link("Subject", copy, s.id["Maths"]);
+    link("Room", copy, s.id["Hall"]);
+    link("Class", copy, s.id["7A"]);
+    w.LoadTimetable(s.tt["Class 7A"]);
+    data.reset(w.BeginLessonDrag(3, 3));
+    QCOMPARE(w.g->cellBackColor(1, 1), w.g->cellBackColor(1, 2)); // no tint
+    ModalDriver noQuestion;
+    QCOMPARE(noQuestion.run([&] { dropOn(w, data.get(), 1, 1); }), QString());
+    w.EndLessonDrag();
+    QCOMPARE(QStringList({cell(1, 1), cell(3, 3)}), QStringList({ohara, brown}));
 }
 
 QTEST_MAIN(TestUndo)

@@ -80,9 +80,12 @@ FlexGrid* ListOf(const SchedulingView& view, ResourceKind kind) {
 }
 
 bool CurrentCell(const FlexGrid& g, Cell& cell) {
+    return CellAt(g, g.row(), g.col(), cell);
+}
+
+bool CellAt(const FlexGrid& g, int r, int c, Cell& cell) {
     const Timetable::State& tt = Timetable::current();
-    const int r = g.row(), c = g.col();
-    if (tt.ID == 0 || r < 1 || c < 1)
+    if (tt.ID == 0 || r < 1 || c < 1 || r >= g.rows() || c >= g.cols())
         return false;
     cell.TimetableID = tt.ID;
     cell.Type = tt.Type;
@@ -185,19 +188,10 @@ void DoListSelect(ResourceKind kind, FlexGrid& List, int Col, Qt::MouseButton Bu
         if (Col != 1)
             return;
         const bool adding = List.cellCheck(row, 1) != FlexGrid::Checked;
-        if (adding && (kind == ResourceKind::Tutor || kind == ResourceKind::Room)) {
-            if (!availability(kind, cell, id, s.BusySlotID, s.BusySlotCount)) {
-                // A ticked "don't show this again" keeps its promise: allowed.
-                bool allowFuture = AllowClashesSetting();
-                if (!allowFuture) {
-                    const bool go = AllowClash(KindWord(kind), s.BusySlotID, s.BusySlotCount,
-                                               allowFuture, view.window);
-                    SetAllowClashesSetting(allowFuture);
-                    if (!go)
-                        return;
-                }
-            }
-        }
+        if (adding && (kind == ResourceKind::Tutor || kind == ResourceKind::Room) &&
+            !availability(kind, cell, id, s.BusySlotID, s.BusySlotCount) &&
+            !AgreeToClash(kind, s.BusySlotID, s.BusySlotCount, view.window))
+            return;
         const ActionName name((adding ? QStringLiteral("Tick ") : QStringLiteral("Untick ")) +
                               KindWord(kind) + QLatin1Char(' ') + List.textMatrix(row, 2));
         if (adding) {
@@ -209,6 +203,17 @@ void DoListSelect(ResourceKind kind, FlexGrid& List, int Col, Qt::MouseButton Bu
         }
         redrawCell(*view.g, cell);
     });
+}
+
+bool AgreeToClash(ResourceKind kind, const QVector<qint32>& BusySlotID, qint32 SlotCount,
+                  QWidget* parent) {
+    // A ticked "don't show this again" keeps its promise: allowed.
+    bool allowFuture = AllowClashesSetting();
+    if (allowFuture)
+        return true;
+    const bool go = AllowClash(KindWord(kind), BusySlotID, SlotCount, allowFuture, parent);
+    SetAllowClashesSetting(allowFuture);
+    return go;
 }
 
 bool AllowClashesSetting() {

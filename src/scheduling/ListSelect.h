@@ -32,6 +32,8 @@ FlexGrid* ListOf(const SchedulingView& view, ResourceKind kind);
 
 // The grid's current cell of the shown timetable; false on a heading.
 bool CurrentCell(const FlexGrid& g, Cell& cell);
+// The same for the cell at row r, column c.
+bool CellAt(const FlexGrid& g, int r, int c, Cell& cell);
 
 // The statuses and check boxes of one list for a cell.
 void RefreshListSelection(ResourceKind kind, FlexGrid& list, qint32 SlotID,
@@ -49,6 +51,10 @@ void DoListSelect(ResourceKind kind, FlexGrid& List, int Col, Qt::MouseButton Bu
 // dialog's box and returns its state.
 bool AllowClash(const QString& ListType, const QVector<qint32>& BusySlotID, qint32 SlotCount,
                 bool& AllowFutureClashes, QWidget* parent);
+// Whether the user lets the resource clash: yes when the setting says so,
+// else as answered in the clash dialog (whose box then updates the setting).
+bool AgreeToClash(ResourceKind kind, const QVector<qint32>& BusySlotID, qint32 SlotCount,
+                  QWidget* parent);
 // "Ask Before Allowing Clashes": the saved answer of the dialog's box.
 bool AllowClashesSetting();
 void SetAllowClashesSetting(bool allow);

@@ -6,14 +6,17 @@
 #include "scheduling/ListSelect.h"
 #include "wizards/NewProject.h"
 
+#include <QColor>
 #include <QHash>
 #include <QMainWindow>
+#include <QPoint>
 #include <QSet>
 #include <functional>
 
 class FlexGrid;
 class UndoHistory;
 class QLabel;
+class QMimeData;
 class QLineEdit;
 class QMenu;
 class QToolBar;
@@ -57,6 +60,13 @@ public:
     void mnuEditRedo_Click();
     void ProjectChangedByHistory();
     UndoHistory& history() const { return *m_history; }
+
+    // Dragging a lesson: tints the periods where the lesson in (row, col)
+    // would clash and returns the drag's data (none for an empty cell);
+    // EndLessonDrag takes the tints away. The drop arrives as the grid's
+    // drop event.
+    QMimeData* BeginLessonDrag(int row, int col);
+    void EndLessonDrag();
 
     // Runs the command of a toolbar button by its key.
     void ToolBar_ButtonClick(const QString& key);
@@ -170,6 +180,16 @@ private:
     QSet<QAction*> m_built;
     QHash<QString, QString> m_toolbarTargets; // toolbar key -> menu command
     void updateHistoryCommands();
+    // The grid's mouse and drag-and-drop events of a lesson drag.
+    bool lessonDragEvent(QEvent* event);
+    void startLessonDrag(int row, int col);
+    struct LessonDrag {
+        int row = -1, col = -1;
+        qint32 timetable = 0;
+        QHash<QPair<int, int>, QColor> tinted; // cell -> its colour before
+    };
+    LessonDrag m_drag;
+    QPoint m_pressed{-1, -1}; // where a press on the selected cell began
 
     UndoHistory* m_history = nullptr;
     QMenu* mnuFile = nullptr;

@@ -67,6 +67,8 @@ void frmMain::wireScheduling() {
     txtSubjectName = findChild<QLineEdit*>(QStringLiteral("txtSubjectName"));
     txtRoomName = findChild<QLineEdit*>(QStringLiteral("txtRoomName"));
     g->setTabKeyNavigation(false);
+    g->viewport()->installEventFilter(this);
+    g->viewport()->setAcceptDrops(true);
     // A click, or an arrow key, that lands on another cell.
     connect(g, &QTableWidget::currentCellChanged, this, [this] {
         if (m_quietGrid == 0 && Timetable::current().Loaded)
@@ -105,6 +107,8 @@ void frmMain::wireScheduling() {
 }
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == g->viewport() && lessonDragEvent(event))
+        return true;
     for (const ListBinding& b : bindingsOf(*this)) {
         if (b.box && watched == b.box && event->type() == QEvent::KeyPress) {
             // Enter goes on to the grid; the box then loses the focus and ticks.
