@@ -2,44 +2,26 @@
 // dialogs through their controls, the timetable list, the capacity report,
 // and resources brought in from and written out to spreadsheet files.
 
-#include "common/Common.h"
-#include "common/FlexGrid.h"
 #include "manage/ResourceCsv.h"
 #include "manage/ResourceRecords.h"
 #include "manage/frmCapacityReport.h"
 #include "manage/frmManage.h"
 #include "manage/frmTableOpen.h"
-#include "store/ModMain.h"
 #include "store/Records.h"
-#include "support/TestSupport.h"
-#include "timetable/SlotLookup.h"
-#include "timetable/TimetableRecords.h"
+#include "support/Fixtures.h"
 
 #include <QtTest>
 #include <QtWidgets>
 
-using namespace TestSupport;
+using namespace Fixtures;
 using Common::MsgResult;
 using ModMain::ResourceKind;
 
 namespace {
-qint32 insertClass(const QString& name) {
-    value("INSERT INTO Class (name) VALUES ('%1')", Common::SQLReplace(name));
-    return ModMain::DB().GetInsertID();
-}
-
 // A project with a calendar, open, with its message boxes recorded.
-struct Project {
-    TestEnv env;
-    MessageRecorder messages;
-    ErrorRecorder errors;
+struct Project : OpenProject {
     ModalDriver driver;
-    QString file = env.newProjectWithCalendar({"Monday", "Tuesday"}, {"9:00", "10:00", "11:00"});
-    Project() {
-        if (!env.open(file))
-            qFatal("cannot open the test project");
-    }
-    ~Project() { QVERIFY(errors.reports().isEmpty()); }
+    Project() : OpenProject({"Monday", "Tuesday"}, {"9:00", "10:00", "11:00"}) {}
 };
 
 // Every resource of the project, as a school would list them.
@@ -57,24 +39,13 @@ QStringList resources() {
     return out;
 }
 
-QStringList gridRows(const FlexGrid& g) {
-    QStringList out;
-    for (int r = 0; r < g.rows(); ++r) {
-        QStringList cells;
-        for (int c = 0; c < g.cols(); ++c)
-            cells << g.textMatrix(r, c);
-        out << cells.join('|');
-    }
-    return out;
-}
 } // namespace
 
 class TestManage : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void deletionCascade();
     void detailDialogs();
-    void deleteQuestions();
+    void deleting();
     void timetableList();
     void capacityReport();
     void importRefusesMalformed_data();
@@ -82,35 +53,6 @@ private Q_SLOTS:
     void importAddsAndSkips();
     void exportImportsBackTheSame();
 };
-
-void TestManage::deletionCascade() {
-    // Only a tutor's subjects taught go with it; every link and timetable stays.
-    Project p;
-    const qint32 maths = ModMain::CreateSubjectRecord("Maths", 1);
-    const qint32 lab = ModMain::CreateRoomRecord("Lab", 30);
-    const qint32 c7 = insertClass("7A");
-    const qint32 ann = ModMain::SaveTutor(-1, {"Ann", "AN", {maths}});
-    const qint32 tt = ModMain::CreateTimetable("Class", c7, 1);
-    const qint32 slot =
-        ModMain::DoCreateGetSlot(tt, value("SELECT MIN(id) FROM ProjectTimeTitle").toInt(),
-                                 value("SELECT MIN(id) FROM ProjectDayTitle").toInt());
-    for (const auto& [table, id] : {std::pair{"Tutor", ann}, {"Subject", maths}, {"Room", lab}})
-        value("INSERT INTO %1Slot (SlotID, %1ID) VALUES (%2, %3)", QLatin1String(table), slot, id);
-    const auto links = [] {
-        return rows("SELECT (SELECT COUNT(*) FROM TutorSlot), (SELECT COUNT(*) FROM SubjectSlot), "
-                    "(SELECT COUNT(*) FROM RoomSlot), (SELECT COUNT(*) FROM Timetable)");
-    };
-    const QStringList before = links();
-
-    ModMain::DeleteResource(ResourceKind::Subject, maths);
-    QCOMPARE(value("SELECT COUNT(*) FROM SubjectsTaughtByTutor"), QString("1"));
-    ModMain::DeleteResource(ResourceKind::Tutor, ann);
-    QCOMPARE(value("SELECT COUNT(*) FROM SubjectsTaughtByTutor"), QString("0"));
-    ModMain::DeleteResource(ResourceKind::Room, lab);
-    ModMain::DeleteResource(ResourceKind::Class, c7);
-    QCOMPARE(resources(), QStringList());
-    QCOMPARE(links(), before);
-}
 
 void TestManage::detailDialogs() {
     Project p;
@@ -183,21 +125,30 @@ void TestManage::detailDialogs() {
     QCOMPARE(changes, 5);
 }
 
-void TestManage::deleteQuestions() {
+void TestManage::deleting() {
+    // Each kind is deleted after a question; only a tutor's subjects taught
+    // go with it, and every link and timetable stays.
     Project p;
     const qint32 art = ModMain::CreateSubjectRecord("Art", 1);
-    ModMain::SaveTutor(-1, {"Ann", "", {art}});
-    ModMain::CreateRoomRecord("Lab", 1);
-    insertClass("7A");
+    const qint32 ann = ModMain::SaveTutor(-1, {"Ann", "", {art}});
+    const qint32 lab = ModMain::CreateRoomRecord("Lab", 1);
+    const qint32 slot = slotAt(ModMain::CreateTimetable("Class", insertClass("7A"), 1), 1, 1);
+    for (const auto& [table, id] : {std::pair{"Tutor", ann}, {"Subject", art}, {"Room", lab}})
+        link(table, slot, id);
+    const auto links = [] {
+        return rows("SELECT (SELECT COUNT(*) FROM TutorSlot), (SELECT COUNT(*) FROM SubjectSlot), "
+                    "(SELECT COUNT(*) FROM RoomSlot), (SELECT COUNT(*) FROM Timetable)");
+    };
+    const QStringList before = links();
     frmManage manage({});
     const struct {
         int page;
-        const char *list, *button, *question;
+        const char *list, *button, *question, *taught;
     } kinds[] = {
-        {frmManage::Tutors, "lstTutors", "cmdDeleteTutor", "Delete selected tutor?"},
-        {frmManage::Classes, "lstClasses", "cmdDeleteClass", "Delete selected Class?"},
-        {frmManage::Rooms, "lstRooms", "cmdDeleteRoom", "Delete selected Room?"},
-        {frmManage::Subjects, "lstSubjects", "cmdDeleteSubject", "Delete selected Subject?"}};
+        {frmManage::Subjects, "lstSubjects", "cmdDeleteSubject", "Delete selected Subject?", "1"},
+        {frmManage::Tutors, "lstTutors", "cmdDeleteTutor", "Delete selected tutor?", "0"},
+        {frmManage::Classes, "lstClasses", "cmdDeleteClass", "Delete selected Class?", "0"},
+        {frmManage::Rooms, "lstRooms", "cmdDeleteRoom", "Delete selected Room?", "0"}};
     for (const auto& k : kinds) {
         manage.SelectTab(k.page);
         auto* list = control<QListWidget>(&manage, k.list);
@@ -212,8 +163,10 @@ void TestManage::deleteQuestions() {
         button->click();
         QCOMPARE(p.messages.texts(), QStringList(2, k.question));
         QCOMPARE(list->count(), 0);
+        QCOMPARE(value("SELECT COUNT(*) FROM SubjectsTaughtByTutor"), QString(k.taught));
     }
     QCOMPARE(resources(), QStringList());
+    QCOMPARE(links(), before);
 }
 
 void TestManage::timetableList() {
@@ -225,7 +178,7 @@ void TestManage::timetableList() {
         [&](const QString& type, qint32 id) { created << type + QString::number(id); }};
     {
         frmTableOpen empty(host, 0);
-        QCOMPARE(gridRows(*empty.grdTimetables), QStringList{"Timetable|Type|Status"});
+        QCOMPARE(texts(*empty.grdTimetables), QStringList{"Timetable|Type|Status"});
     }
     const qint32 zed = ModMain::CreateTutorRecord("Zed", "", "", "");
     ModMain::CreateTutorRecord("Amy", "", "", "");
@@ -237,7 +190,7 @@ void TestManage::timetableList() {
 
     frmTableOpen list(host, tLab);
     FlexGrid& g = *list.grdTimetables;
-    QCOMPARE(gridRows(g),
+    QCOMPARE(texts(g),
              (QStringList{"Timetable|Type|Status", "7A|Class|Created", "Lab|Room|Created",
                           "Zed|Tutor|Created", "8B|Class|Not Created", "Amy|Tutor|Not Created"}));
     QCOMPARE(g.row(), 2); // the timetable on show
@@ -266,13 +219,10 @@ void TestManage::capacityReport() {
     const qint32 t8 = ModMain::CreateTimetable("Class", insertClass("8A"), 1);
     // Counted over every timetable, a link twice counted twice.
     for (const qint32 tt : {t7, t8, t8})
-        value("INSERT INTO TutorSlot (SlotID, TutorID) VALUES (%1, %2)",
-              ModMain::DoCreateGetSlot(tt, value("SELECT MIN(id) FROM ProjectTimeTitle").toInt(),
-                                       value("SELECT MIN(id) FROM ProjectDayTitle").toInt()),
-              ann);
+        link("Tutor", slotAt(tt, 1, 1), ann);
     frmCapacityReport report;
     FlexGrid& g = *report.grdCapacity;
-    QCOMPARE(gridRows(g), (QStringList{"Tutor Name|Periods Teaching", "Ann|3", "Bob|0"}));
+    QCOMPARE(texts(g), (QStringList{"Tutor Name|Periods Teaching", "Ann|3", "Bob|0"}));
     QCOMPARE(g.colWidthTwips(0), 2800);
     QCOMPARE(g.colWidthTwips(1), 1500);
 }

@@ -1,18 +1,13 @@
 // Timetables on paper: the layout of one timetable, the HTML page, the PDF's
 // text read back, and the command-line export with its errors.
 
-#include "common/Common.h"
 #include "print/PrintLayout.h"
 #include "print/TimetablePrinting.h"
 #include "print/frmPrintPreview.h"
-#include "store/ModMain.h"
 #include "store/Records.h"
-#include "support/TestSupport.h"
-#include "timetable/SlotLookup.h"
-#include "timetable/TimetableRecords.h"
+#include "support/Fixtures.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
@@ -21,40 +16,26 @@
 #include <QToolButton>
 #include <QtTest>
 
-using namespace TestSupport;
+using namespace Fixtures;
 
 namespace {
 // Two days of three periods from 11:00, the second period lunch; class
 // <7A & "B"> with Maths by Ms Świątek in Lab on Monday 11:00, and a room
 // timetable for Lab.
-struct School {
-    TestEnv env;
-    ErrorRecorder errors;
-    QString file =
-        env.newProjectWithCalendar({"Monday", "Tuesday"}, {"11:00", "12:00", "13:00", "14:00"});
+struct School : OpenProject {
     qint32 klass = 0, room = 0;
-    School() {
-        if (!env.open(file))
-            qFatal("cannot open the test project");
-        const qint32 tutor = ModMain::CreateTutorRecord("Świątek", "Ms Świątek", "", "");
-        const qint32 maths = ModMain::CreateSubjectRecord("Maths", 1);
+    School() : OpenProject({"Monday", "Tuesday"}, {"11:00", "12:00", "13:00", "14:00"}) {
         const qint32 lab = ModMain::CreateRoomRecord("Lab", 1);
-        value("INSERT INTO Class (name) VALUES ('7A & \"B\" <x>')");
-        klass = ModMain::CreateTimetable("Class", ModMain::DB().GetInsertID(), 1);
+        klass = ModMain::CreateTimetable("Class", insertClass("7A & \"B\" <x>"), 1);
         room = ModMain::CreateTimetable("Room", lab, 1);
         value("UPDATE TimeTitle SET SpecialID = 3 WHERE Pos = 2");
-        const qint32 slot = ModMain::DoCreateGetSlot(klass,
-                                                     value("SELECT id FROM ProjectTimeTitle WHERE "
-                                                           "Pos = 1")
-                                                         .toInt(),
-                                                     value("SELECT id FROM ProjectDayTitle WHERE "
-                                                           "Pos = 1")
-                                                         .toInt());
-        ModMain::CreateTutorSlotRecord(slot, tutor);
-        ModMain::CreateSubjectSlotRecord(slot, maths);
+        const qint32 slot = slotAt(klass, 1, 1);
+        ModMain::CreateTutorSlotRecord(slot,
+                                       ModMain::CreateTutorRecord("Świątek", "Ms Świątek", "", ""));
+        ModMain::CreateSubjectSlotRecord(slot, ModMain::CreateSubjectRecord("Maths", 1));
         ModMain::CreateRoomSlotRecord(slot, lab);
     }
-    ~School() { QVERIFY(errors.reports().isEmpty()); }
+    ~School() { QVERIFY(messages.messages().isEmpty()); } // printing asks nothing
 };
 
 struct Run {
@@ -213,20 +194,13 @@ void TestPrint::commandLine() {
 
 void TestPrint::previewDialog() {
     School s;
-    MessageRecorder messages;
     FileDialogRecorder files;
     frmPrintPreview d(s.klass);
-    const auto entries = [](const QComboBox* c) {
-        QStringList out;
-        for (int i = 0; i < c->count(); ++i)
-            out << c->itemText(i);
-        return out;
-    };
-    QCOMPARE(entries(d.cboLayout),
+    QCOMPARE(texts(d.cboLayout),
              (QStringList{"Size to fit page", "2 Columns", "3 Columns", "4 Columns"}));
-    QCOMPARE(entries(d.cboOrientation), (QStringList{"Portrait", "Landscape"}));
-    QCOMPARE(entries(d.cboToPrint), (QStringList{"Current timetable", "All timetables"}));
-    QCOMPARE(entries(d.cboPrintTo), (QStringList{"Printer", "HTML", "PDF"}));
+    QCOMPARE(texts(d.cboOrientation), (QStringList{"Portrait", "Landscape"}));
+    QCOMPARE(texts(d.cboToPrint), (QStringList{"Current timetable", "All timetables"}));
+    QCOMPARE(texts(d.cboPrintTo), (QStringList{"Printer", "HTML", "PDF"}));
     QCOMPARE(d.tables().size(), 1);
 
     // Laid out again for each change of what or how, not for the guides.
@@ -266,7 +240,6 @@ void TestPrint::previewDialog() {
     QVERIFY(pdfText(s.env.path("week.pdf")).contains("Room Lab"));
     files.cancel();
     d.cmdPrint->click();
-    QVERIFY(messages.messages().isEmpty());
 }
 
 QTEST_MAIN(TestPrint)

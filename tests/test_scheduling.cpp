@@ -5,48 +5,22 @@
 #include "common/Common.h"
 #include "scheduling/Assignment.h"
 #include "scheduling/Availability.h"
-#include "store/ModMain.h"
 #include "store/Records.h"
 #include "store/Transaction.h"
-#include "support/TestSupport.h"
-#include "timetable/SlotLookup.h"
-#include "timetable/TimetableRecords.h"
+#include "support/Fixtures.h"
 
 #include <QFile>
 #include <QRandomGenerator>
 #include <QtTest>
 
-using namespace TestSupport;
+using namespace Fixtures;
 using ModMain::ResourceKind;
 
 namespace {
-// Opens a project for a test. Nothing here needs writes to reach the disk
-// (tickSurvivesKill checks that in a process of its own), and waiting for it
-// would make the tests slow.
-bool openQuick(const TestEnv& env, const QString& file) {
-    if (!env.open(file))
-        return false;
-    ModMain::DB().Execute(QStringLiteral("PRAGMA synchronous = OFF;"));
-    return true;
-}
-
 // Two days of three periods: 9:00, 10:00 and 11:00.
-struct Project {
-    TestEnv env;
-    MessageRecorder messages;
-    ErrorRecorder errors;
-    QString file =
-        env.newProjectWithCalendar({"Monday", "Tuesday"}, {"9:00", "10:00", "11:00", "12:00"});
-    Project() {
-        if (!openQuick(env, file))
-            qFatal("cannot open the test project");
-    }
-    ~Project() { QVERIFY(errors.reports().isEmpty()); }
+struct Project : OpenProject {
+    Project() : OpenProject({"Monday", "Tuesday"}, {"9:00", "10:00", "11:00", "12:00"}) {}
 };
-
-qint32 projectID(const char* table, int pos) {
-    return value("SELECT id FROM Project%1 WHERE Pos = %2", table, pos).toInt();
-}
 
 qint32 createResource(ResourceKind kind, const QString& name) {
     switch (kind) {
@@ -57,51 +31,20 @@ qint32 createResource(ResourceKind kind, const QString& name) {
     case ResourceKind::Room:
         return ModMain::CreateRoomRecord(name, 20);
     case ResourceKind::Class:
-        value("INSERT INTO Class (name) VALUES ('%1')", Common::SQLReplace(name));
-        return ModMain::DB().GetInsertID();
+        return insertClass(name);
     }
     return 0;
-}
-
-// A link row written as it stands, duplicates allowed.
-void link(ResourceKind kind, qint32 slot, qint32 id) {
-    value("INSERT INTO %1Slot (SlotID, %1ID) VALUES (%2, %3)", ModMain::KindWord(kind), slot, id);
 }
 
 qint32 timetable(ResourceKind kind, qint32 owner) {
     return ModMain::CreateTimetable(ModMain::KindWord(kind), owner, 1);
 }
 
-qint32 slotAt(qint32 tt, int day, int period) {
-    return ModMain::DoCreateGetSlot(tt, projectID("TimeTitle", period), projectID("DayTitle", day));
-}
-
-// The selected cell of a timetable, as the window describes it.
-ModMain::Cell cellAt(qint32 tt, int day, int period) {
-    ModMain::Cell cell;
-    cell.TimetableID = tt;
-    cell.Type = ModMain::ReadTimetable(tt).Type;
-    cell.DayTitleID = value("SELECT id FROM DayTitle WHERE TimetableID = %1 AND "
-                            "ProjectDayTitleID = %2",
-                            tt, projectID("DayTitle", day))
-                          .toInt();
-    cell.TimeTitleID = value("SELECT id FROM TimeTitle WHERE TimetableID = %1 AND "
-                             "ProjectTimeTitleID = %2",
-                             tt, projectID("TimeTitle", period))
-                           .toInt();
-    cell.ProjectTimeTitleID = ModMain::ProjectTimeTitleOf(cell.TimeTitleID);
-    cell.ProjectDayTitleID = ModMain::ProjectDayTitleOf(cell.DayTitleID);
-    cell.SlotID = qMax(0, ModMain::DoGetSlot(tt, cell.ProjectTimeTitleID, cell.ProjectDayTitleID));
-    return cell;
-}
-
 // A list's ids, as the list shows them.
 QVector<qint32> listIds(ResourceKind kind) {
     QVector<qint32> ids;
-    for (auto rs = ModMain::DB().Execute(
-             QStringLiteral("SELECT id FROM %1 WHERE id<>1 ORDER BY name;").arg(KindWord(kind)));
-         !rs.eof(); rs.MoveNext())
-        ids << rs.Field("id").toInt();
+    for (const QString& id : rows("SELECT id FROM %1 WHERE id<>1 ORDER BY name", KindWord(kind)))
+        ids << id.toInt();
     return ids;
 }
 
@@ -109,23 +52,19 @@ QVector<qint32> listIds(ResourceKind kind) {
 // "Kind name" texts: what a user would find in the grids.
 QMap<QString, QString> cells() {
     QMap<QString, QString> out;
-    for (auto rs = ModMain::DB().Execute(
-             "SELECT Slot.id AS id, Slot.TimetableID AS tt, DayTitle.Pos AS d, TimeTitle.Pos AS "
-             "p FROM Slot, DayTitle, TimeTitle WHERE DayTitle.id = Slot.DayTitleID AND "
-             "TimeTitle.id = Slot.TimeTitleID ORDER BY Slot.id");
-         !rs.eof(); rs.MoveNext()) {
+    for (const QString& row : rows("SELECT Slot.id, Slot.TimetableID, DayTitle.Pos || '/' || "
+                                   "TimeTitle.Pos FROM Slot, DayTitle, TimeTitle WHERE DayTitle.id "
+                                   "= Slot.DayTitleID AND TimeTitle.id = Slot.TimeTitleID ORDER BY "
+                                   "Slot.id")) {
+        const QStringList f = row.split(QLatin1Char('|'));
         QStringList links;
         for (const char* kind : {"Tutor", "Subject", "Room", "Class"})
-            for (auto l = ModMain::DB().Execute(
-                     QStringLiteral("SELECT %1.name AS n FROM %1Slot, %1 WHERE %1.id = %1Slot.%1ID "
-                                    "AND %1Slot.SlotID = %2")
-                         .arg(QLatin1String(kind), rs.Field("id").toString()));
-                 !l.eof(); l.MoveNext())
-                links << QLatin1String(kind) + QLatin1Char(' ') + l.Field("n").toString();
+            for (const QString& name :
+                 rows("SELECT %1.name FROM %1Slot, %1 WHERE %1.id = %1ID AND SlotID = %2", kind,
+                      f[0]))
+                links << QLatin1String(kind) + QLatin1Char(' ') + name;
         links.sort();
-        const QString key =
-            ModMain::GetTimetableName(rs.Field("tt").toInt()) +
-            QStringLiteral(" %1/%2").arg(rs.Field("d").toString(), rs.Field("p").toString());
+        const QString key = ModMain::GetTimetableName(f[1].toInt()) + QLatin1Char(' ') + f[2];
         out.insert(out.contains(key) ? key + QStringLiteral(" again") : key,
                    links.join(QStringLiteral(", ")));
     }
@@ -172,14 +111,8 @@ struct MirrorSchool {
     }
     void fill(const QString& owner, int day, int period, const QStringList& links) {
         const qint32 slot = slotAt(tt[owner], day, period);
-        for (const QString& l : links) {
-            const QString kind = l.section(QLatin1Char(' '), 0, 0);
-            link(kind == "Tutor"   ? ResourceKind::Tutor
-                 : kind == "Room"  ? ResourceKind::Room
-                 : kind == "Class" ? ResourceKind::Class
-                                   : ResourceKind::Subject,
-                 slot, id[l.section(QLatin1Char(' '), 1)]);
-        }
+        for (const QString& l : links)
+            link(l.section(QLatin1Char(' '), 0, 0), slot, id[l.section(QLatin1Char(' '), 1)]);
     }
 };
 
@@ -224,10 +157,10 @@ void TestScheduling::availability_data() {
         row("linked clash", true, "B Hall", "Clash", true);
     }
     // Subjects have no availability: the status they had stays.
-    QTest::newRow("Subject linked clash")
-        << int(ResourceKind::Subject) << "linked clash" << true << ""
-        << "Avail" << true;
-    QTest::newRow("Subject busy") << int(ResourceKind::Subject) << "busy" << true << ""
+    const int subject = int(ResourceKind::Subject);
+    QTest::newRow("Subject linked clash") << subject << "linked clash" << true << ""
+                                          << "Avail" << true;
+    QTest::newRow("Subject busy") << subject << "busy" << true << ""
                                   << "Avail" << false;
 }
 
@@ -355,28 +288,20 @@ void TestScheduling::fastListSelectionEqualsPerRow() {
             for (int period = 1; period <= 3; ++period) {
                 const qint32 ptt = projectID("TimeTitle", period), pdt = projectID("DayTitle", day);
                 QList<qint32> slots = {0};
-                for (auto rs = ModMain::DB().Execute(
-                         QStringLiteral("SELECT Slot.id AS id FROM Slot, DayTitle, TimeTitle WHERE "
-                                        "DayTitle.id = Slot.DayTitleID AND TimeTitle.id = "
-                                        "Slot.TimeTitleID AND ProjectDayTitleID = %1 AND "
-                                        "ProjectTimeTitleID = %2")
-                             .arg(pdt)
-                             .arg(ptt));
-                     !rs.eof(); rs.MoveNext())
-                    slots << rs.Field("id").toInt();
+                for (const QString& s :
+                     rows("SELECT Slot.id FROM Slot, DayTitle, TimeTitle WHERE DayTitle.id = "
+                          "Slot.DayTitleID AND TimeTitle.id = Slot.TimeTitleID AND "
+                          "ProjectDayTitleID = %1 AND ProjectTimeTitleID = %2",
+                          pdt, ptt))
+                    slots << s.toInt();
                 for (const qint32 slot : slots)
                     for (const qint32 ignore : {-1, slot}) {
                         const auto fast =
                             ModMain::ListSelection(k, list, before, slot, ptt, pdt, ignore);
-                        const auto perRow =
-                            ModMain::ListSelectionPerRow(k, list, before, slot, ptt, pdt, ignore);
-                        QVERIFY2(fast == perRow, qPrintable(QStringLiteral("%1 %2/%3 slot %4 "
-                                                                           "ignoring %5")
-                                                                .arg(ModMain::KindWord(k))
-                                                                .arg(day)
-                                                                .arg(period)
-                                                                .arg(slot)
-                                                                .arg(ignore)));
+                        QVERIFY2(fast == ModMain::ListSelectionPerRow(k, list, before, slot, ptt,
+                                                                      pdt, ignore),
+                                 qPrintable(QString::asprintf("kind %d %d/%d slot %d ignoring %d",
+                                                              int(k), day, period, slot, ignore)));
                         for (const ModMain::RowState& r : fast)
                             seen << r.status + (r.checked ? "+" : "");
                     }
@@ -389,66 +314,44 @@ void TestScheduling::fastListSelectionEqualsPerRow() {
 }
 
 void TestScheduling::tickAndUntick_data() {
-    QTest::addColumn<bool>("tick");
-    QTest::addColumn<QString>("owner"); // of the shown timetable
-    QTest::addColumn<int>("day");
-    QTest::addColumn<int>("period");
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("name");
+    // "tick|untick Kind name at owner day/period": the owner's timetable shown.
     QTest::addColumn<QString>("cellAfter");
     QTest::addColumn<QString>("elsewhere"); // other cells that change: "cell=links;..."
-    const int tutor = int(ResourceKind::Tutor), room = int(ResourceKind::Room),
-              klass = int(ResourceKind::Class), subject = int(ResourceKind::Subject);
+    const auto row = [](const char* what, const char* cellAfter, const char* elsewhere = "") {
+        QTest::newRow(what) << QString(cellAfter) << QString(elsewhere);
+    };
     // Resources without a timetable of their own are linked and nothing more;
     // a subject never mirrors.
-    QTest::newRow("tick tutor W") << true << "X" << 1 << 1 << tutor << "W"
-                                  << "Class X, Class Y, Room R, Subject M, Tutor U, Tutor W"
-                                  << "";
-    QTest::newRow("tick tutor W on a new slot") << true << "X" << 2 << 3 << tutor << "W"
-                                                << "Tutor W"
-                                                << "";
-    QTest::newRow("tick room R2") << true << "T" << 1 << 1 << room << "R2"
-                                  << "Class Y, Room R, Room R2, Subject M, Tutor T"
-                                  << "";
-    QTest::newRow("tick subject M2") << true << "T" << 1 << 1 << subject << "M2"
-                                     << "Class Y, Room R, Subject M, Subject M2, Tutor T"
-                                     << "";
-    QTest::newRow("tick class Z, no tutor shared") << true << "N" << 1 << 1 << klass << "Z"
-                                                   << "Class N, Class Z, Subject M, Tutor V"
-                                                   << "";
+    row("tick Tutor W at X 1/1", "Class X, Class Y, Room R, Subject M, Tutor U, Tutor W");
+    row("tick Tutor W at X 2/3", "Tutor W"); // on a new slot
+    row("tick Room R2 at T 1/1", "Class Y, Room R, Room R2, Subject M, Tutor T");
+    row("tick Subject M2 at T 1/1", "Class Y, Room R, Subject M, Subject M2, Tutor T");
+    row("tick Class Z at N 1/1", "Class N, Class Z, Subject M, Tutor V"); // no tutor shared
     // Unticking removes the mirror from the resource's own timetable, reading
     // each kind's links from the slot reached so far.
-    QTest::newRow("untick class Y on a tutor's timetable") << false << "T" << 1 << 1 << klass << "Y"
-                                                           << "Room R, Subject M, Tutor T"
-                                                           << "Class Y 1/1=Class X, Class Y";
-    QTest::newRow("untick class Y on a class timetable: the target's class goes")
-        << false << "X" << 1 << 1 << klass << "Y"
-        << "Class X, Room R, Subject M, Tutor U"
-        << "Class Y 1/1=Class X, Tutor T";
-    QTest::newRow("untick room R on a tutor's timetable") << false << "T" << 1 << 1 << room << "R"
-                                                          << "Class Y, Subject M, Tutor T"
-                                                          << "Room R 1/1=Room R";
-    QTest::newRow("untick tutor U: an empty slot in U's timetable")
-        << false << "X" << 1 << 1 << tutor << "U"
-        << "Class X, Class Y, Room R, Subject M"
-        << "Tutor U 1/1=";
-    QTest::newRow("untick subject M") << false << "T" << 1 << 1 << subject << "M"
-                                      << "Class Y, Room R, Tutor T"
-                                      << "";
-    QTest::newRow("untick on a cell without a slot") << false << "X" << 2 << 3 << tutor << "U"
-                                                     << "(none)"
-                                                     << "";
+    row("untick Class Y at T 1/1", "Room R, Subject M, Tutor T", "Class Y 1/1=Class X, Class Y");
+    // On a class timetable the target's class goes.
+    row("untick Class Y at X 1/1", "Class X, Room R, Subject M, Tutor U",
+        "Class Y 1/1=Class X, Tutor T");
+    row("untick Room R at T 1/1", "Class Y, Subject M, Tutor T", "Room R 1/1=Room R");
+    // An empty slot stays in U's timetable.
+    row("untick Tutor U at X 1/1", "Class X, Class Y, Room R, Subject M", "Tutor U 1/1=");
+    row("untick Subject M at T 1/1", "Class Y, Room R, Tutor T");
+    row("untick Tutor U at X 2/3", "(none)"); // a cell without a slot
 }
 
 void TestScheduling::tickAndUntick() {
-    QFETCH(bool, tick);
-    QFETCH(QString, owner);
-    QFETCH(int, day);
-    QFETCH(int, period);
-    QFETCH(int, kind);
-    QFETCH(QString, name);
     QFETCH(QString, cellAfter);
     QFETCH(QString, elsewhere);
+    const QStringList what = QString::fromLatin1(QTest::currentDataTag()).split(QLatin1Char(' '));
+    const bool tick = what[0] == QLatin1String("tick");
+    const QString& owner = what[4];
+    const int day = what[5].section(QLatin1Char('/'), 0, 0).toInt();
+    const int period = what[5].section(QLatin1Char('/'), 1).toInt();
+    ResourceKind k = ResourceKind::Tutor;
+    for (const ResourceKind kind : {ResourceKind::Subject, ResourceKind::Room, ResourceKind::Class})
+        if (ModMain::KindWord(kind) == what[1])
+            k = kind;
     Project p;
     MirrorSchool school;
     const ModMain::Cell cell = cellAt(school.tt[owner], day, period);
@@ -457,8 +360,7 @@ void TestScheduling::tickAndUntick() {
     const QMap<QString, QString> before = cells();
     const QString beforeDump = dump(p.file);
 
-    const auto k = ResourceKind(kind);
-    const qint32 resource = school.id[name];
+    const qint32 resource = school.id[what[2]];
     if (tick) {
         const qint32 slot = ModMain::TickResource(k, resource, cell);
         QCOMPARE(slot, cellAt(cell.TimetableID, day, period).SlotID);

@@ -12,15 +12,9 @@
 #include "autofill/AutoFillEngine.h"
 #include "autofill/AutoFillState.h"
 #include "common/Arrays.h"
-#include "common/Common.h"
-#include "common/FlexGrid.h"
-#include "scheduling/Assignment.h"
-#include "store/ModMain.h"
 #include "store/Records.h"
-#include "store/TimeText.h"
-#include "timetable/SlotLookup.h"
+#include "support/Fixtures.h"
 #include "timetable/TimetableGrid.h"
-#include "timetable/TimetableRecords.h"
 #include "timetable/TimetableState.h"
 #include "wizards/ProjectCalendar.h"
 
@@ -31,6 +25,7 @@
 
 namespace {
 using namespace ModMain;
+using namespace Fixtures;
 
 const QStringList kDays = {"Monday", "Tuesday", "Wednesday", "Thursday", "Friday"};
 
@@ -42,7 +37,7 @@ QVector<QTime> hours() {
 }
 
 qint32 idOf(const QString& sql) {
-    return DB().Execute(sql).Field(qint16(0)).toInt();
+    return value(sql).toInt();
 }
 
 // A small school whose rooms are booked in every period, so a new tutor
@@ -56,45 +51,16 @@ void prepare() {
     const qint32 tutor =
         CreateTutorRecord(QStringLiteral("Ms O'Hara"), QStringLiteral("OH"), QString(), QString());
     CreateTutorRecord(QStringLiteral("Mr Brown"), QStringLiteral("BR"), QString(), QString());
-    DB().Execute(QStringLiteral("INSERT INTO Class (name) VALUES ('7A')"));
-    const qint32 klass = DB().GetInsertID();
     const qint32 room = CreateTimetable(QStringLiteral("Room"), rooms.first(), 1);
-    CreateTimetable(QStringLiteral("Class"), klass, 2);
+    CreateTimetable(QStringLiteral("Class"), insertClass(QStringLiteral("7A")), 2);
     for (int day = 1; day <= kDays.size(); ++day)
         for (int period = 1; period < hours().size(); ++period) {
-            const qint32 slot = DoCreateGetSlot(
-                room,
-                idOf(QStringLiteral("SELECT id FROM ProjectTimeTitle WHERE "
-                                    "Pos = %1")
-                         .arg(period)),
-                idOf(QStringLiteral("SELECT id FROM ProjectDayTitle WHERE Pos = %1").arg(day)));
+            const qint32 slot = slotAt(room, day, period);
             for (qint32 r : rooms)
                 CreateRoomSlotRecord(slot, r);
             CreateSubjectSlotRecord(slot, maths);
             CreateTutorSlotRecord(slot, tutor);
         }
-}
-
-// A cell of a timetable by the positions of its project day and period.
-Cell cellAt(qint32 timetable, int dayPos, int periodPos) {
-    Cell cell;
-    cell.TimetableID = timetable;
-    cell.Type = ReadTimetable(timetable).Type;
-    cell.DayTitleID = idOf(QStringLiteral("SELECT DayTitle.id FROM DayTitle, ProjectDayTitle WHERE "
-                                          "DayTitle.TimetableID = %1 AND ProjectDayTitle.id = "
-                                          "DayTitle.ProjectDayTitleID AND ProjectDayTitle.Pos = %2")
-                               .arg(timetable)
-                               .arg(dayPos));
-    cell.TimeTitleID =
-        idOf(QStringLiteral("SELECT TimeTitle.id FROM TimeTitle, ProjectTimeTitle WHERE "
-                            "TimeTitle.TimetableID = %1 AND ProjectTimeTitle.id = "
-                            "TimeTitle.ProjectTimeTitleID AND ProjectTimeTitle.Pos = %2")
-                 .arg(timetable)
-                 .arg(periodPos));
-    cell.ProjectTimeTitleID = ProjectTimeTitleOf(cell.TimeTitleID);
-    cell.ProjectDayTitleID = ProjectDayTitleOf(cell.DayTitleID);
-    cell.SlotID = qMax(0, DoGetSlot(timetable, cell.ProjectTimeTitleID, cell.ProjectDayTitleID));
-    return cell;
 }
 
 qint32 tutorTimetable() {
