@@ -14,10 +14,15 @@ PACKAGES = cmake make g++ pkgconf qt6-base-dev qt6-base-dev-tools libgl-dev \
            libsqlite3-dev libcsv-dev libbenchmark-dev fonts-liberation2 \
            poppler-utils
 CHECK_PACKAGES = clang-format
+# make package builds the Debian package with dpkg-shlibdeps; make
+# package-check also validates its desktop entry, file type and catalogue entry.
+PACKAGE_TOOLS = dpkg-dev file desktop-file-utils appstream shared-mime-info
+PREFIX ?= /usr/local
 SOURCES = $(shell git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' \
             'tools/*.cpp' 'bench/*.cpp' 'bench/*.h' 2>/dev/null)
 
-.PHONY: all deps check-deps install-packages configure build run test bench format format-check clean
+.PHONY: all deps check-deps install-packages configure build run test bench format format-check clean \
+        install package package-check
 
 all: build
 
@@ -58,6 +63,16 @@ run: build
 
 test: build
 	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
+
+install: build
+	cmake --install $(BUILD) --prefix $(PREFIX)
+
+package: build
+	@$(MAKE) --no-print-directory install-packages WANTED="$(PACKAGE_TOOLS)"
+	cd $(BUILD) && cpack -G DEB
+
+package-check: package
+	tests/package/check-package.sh $(BUILD)
 
 bench: build
 	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done

@@ -119,6 +119,7 @@ private Q_SLOTS:
     void lockedProjectWaitsOnce();
     void hugeSizesAndLongNames();
     void firstRunWithProjectOnCommandLine();
+    void sampleSchool();
 };
 
 void TestShell::startUp_data() {
@@ -770,6 +771,49 @@ void TestShell::firstRunWithProjectOnCommandLine() {
     QVERIFY(dialogs.requests().isEmpty()); // no New Project over it
     QCOMPARE(ModMain::DB().GetDBFilename(), file);
     QVERIFY(Timetable::current().ID != 0);
+}
+
+void TestShell::sampleSchool() {
+    TestEnv env;
+    MessageRecorder boxes;
+    const QByteArray oldHome = qgetenv("HOME");
+    qputenv("HOME", env.dir().toLocal8Bit());
+    const QString shipped = Common::AppDir() + "/sample-school.VNPL";
+    const QByteArray original = readFile(shipped);
+    frmMain w;
+    w.Form_Load(QString());
+    // Opened as a copy in the documents folder, its first timetable shown.
+    w.command("mnuHelpOpenSample")->trigger();
+    const QString copy = env.path("Documents/Sample School.VNPL");
+    QCOMPARE(ModMain::DB().GetDBFilename(), copy);
+    QVERIFY(w.windowTitle().endsWith("Class 7A"));
+    QCOMPARE(value("PRAGMA integrity_check"), QString("ok"));
+    QCOMPARE(rows("SELECT (SELECT COUNT(*) FROM Tutor), (SELECT COUNT(*) FROM Subject), "
+                  "(SELECT COUNT(*) FROM Room), (SELECT COUNT(*) FROM Class), "
+                  "(SELECT COUNT(*) FROM ProjectDayTitle), (SELECT COUNT(*) FROM "
+                  "ProjectTimeTitle), (SELECT COUNT(DISTINCT Type) FROM Timetable)"),
+             QStringList("13|11|9|7|5|7|3")); // each with its "(none)"
+    QCOMPARE(value("SELECT COUNT(*) FROM Tutor WHERE id <> 1 AND id NOT IN "
+                   "(SELECT TutorID FROM SubjectsTaughtByTutor)"),
+             QString("0"));
+    // Every class's week is filled, and nobody is in two places at once.
+    QCOMPARE(value("SELECT MIN(n) FROM (SELECT COUNT(*) n FROM Slot s JOIN Timetable t ON "
+                   "t.id = s.TimetableID JOIN SubjectSlot x ON x.SlotID = s.id WHERE t.Type = "
+                   "'Class' GROUP BY t.id)"),
+             QString("29"));
+    for (const char* kind : {"Tutor", "Room"})
+        QCOMPARE(value("SELECT COUNT(*) FROM (SELECT 1 FROM %1Slot x JOIN Slot s ON s.id = "
+                       "x.SlotID JOIN DayTitle d ON d.id = s.DayTitleID JOIN TimeTitle p ON p.id "
+                       "= s.TimeTitleID GROUP BY x.%1ID, d.ProjectDayTitleID, "
+                       "p.ProjectTimeTitleID HAVING COUNT(*) > 1)",
+                       kind),
+                 QString("0"));
+    // A second copy never overwrites the first; the shipped file is unchanged.
+    w.command("mnuHelpOpenSample")->trigger();
+    QCOMPARE(ModMain::DB().GetDBFilename(), env.path("Documents/Sample School 2.VNPL"));
+    QCOMPARE(readFile(shipped), original);
+    QVERIFY(boxes.messages().isEmpty());
+    qputenv("HOME", oldHome);
 }
 
 #include "test_shell.moc"

@@ -6,49 +6,32 @@
 #include "shell/frmMain.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
-#include "support/TestSupport.h"
+#include "support/Fixtures.h"
 #include "timetable/TimetableRecords.h"
 #include "wizards/WizardState.h"
 
 #include <QtTest>
 #include <QtWidgets>
 
-using namespace TestSupport;
+using namespace Fixtures;
 using Common::MsgResult;
 
 namespace {
 using Step = ModalDriver::Step;
 
-template <class T> T* child(QWidget* w, const char* name) {
-    if (T* c = w->findChild<T*>(QString::fromLatin1(name)))
-        return c;
-    qFatal("no control %s on %s", name, qPrintable(w->objectName()));
-}
-
-Step press(const QByteArray& button) {
-    return [button](QDialog* d) { child<QPushButton>(d, button.constData())->click(); };
-}
 const Step next = press("cmdNext");
 const Step escape = [](QDialog* d) { QTest::keyClick(d, Qt::Key_Escape); };
 
 // Chooses the entry shown with exactly this text.
 void pick(QWidget* w, const char* list, const QString& text) {
-    auto* l = child<QListWidget>(w, list);
+    auto* l = control<QListWidget>(w, list);
     l->setCurrentItem(l->findItems(text, Qt::MatchExactly).value(0));
     QVERIFY2(l->currentItem(), qPrintable(text));
 }
 
 // The rows of a query, ", " between rows and '|' between fields.
-QString rows(const char* sql) {
-    QStringList out;
-    const auto rs = ModMain::DB().Execute(QString::fromLatin1(sql));
-    for (const auto& row : rs.vTableArray().mid(1)) {
-        QStringList fields;
-        for (const Variant& v : row)
-            fields << v.toString();
-        out << fields.join('|');
-    }
-    return out.join(", ");
+QString joined(const char* sql) {
+    return rows(QString::fromLatin1(sql)).join(QStringLiteral(", "));
 }
 
 // One New Project run over a fresh main window; message boxes answer No by default.
@@ -82,7 +65,6 @@ private Q_SLOTS:
     void firstRunPrompt_data();
     void firstRunPrompt();
     void cancelledProjectOffersItsCalendar();
-    void openProjectCannotBeReplaced();
     void blankProjectMissing();
 };
 
@@ -132,9 +114,9 @@ void TestWizards::newProject() {
     if (!custom.isEmpty()) {
         run.expect("Hours", press("cmdCustom"));
         run.expect("CustomHours", [hours, custom](QDialog* d) {
-            child<QLineEdit>(d, "txtTitle")->setText(hours);
+            control<QLineEdit>(d, "txtTitle")->setText(hours);
             for (const QString& t : custom) {
-                child<QComboBox>(d, "cboHour")->setCurrentText(t);
+                control<QComboBox>(d, "cboHour")->setCurrentText(t);
                 press("cmdAdd")(d);
             }
             next(d);
@@ -158,13 +140,14 @@ void TestWizards::newProject() {
     QVERIFY(run.files.requests().first().save);
     QVERIFY(run.files.requests().first().flags & Common::OFN::OverwritePrompt);
 
-    QTEST(rows("SELECT COUNT(*), MAX(Pos), MIN(StartTime), MAX(StartTime), MIN(Duration), "
-               "MAX(Duration) FROM ProjectTimeTitle;"),
+    QTEST(joined("SELECT COUNT(*), MAX(Pos), MIN(StartTime), MAX(StartTime), MIN(Duration), "
+                 "MAX(Duration) FROM ProjectTimeTitle;"),
           "periods");
-    QCOMPARE(rows("SELECT DISTINCT Width, Height, SpecialID FROM ProjectTimeTitle;"), "1600|600|1");
-    QCOMPARE(rows("SELECT DOW FROM ProjectDayTitle ORDER BY Pos;"),
+    QCOMPARE(joined("SELECT DISTINCT Width, Height, SpecialID FROM ProjectTimeTitle;"),
+             "1600|600|1");
+    QCOMPARE(joined("SELECT DOW FROM ProjectDayTitle ORDER BY Pos;"),
              "Monday, Tuesday, Wednesday, Thursday, Friday");
-    QCOMPARE(rows("SELECT DISTINCT Height, Width, SpecialID FROM ProjectDayTitle;"), "600|600|1");
+    QCOMPARE(joined("SELECT DISTINCT Height, Width, SpecialID FROM ProjectDayTitle;"), "600|600|1");
 
     const QString path = run.env.path("new school.VNPL");
     QCOMPARE(ModMain::DB().GetDBFilename(), path);
@@ -183,7 +166,7 @@ void TestWizards::customTemplatesStayAfterCancel() {
     run.expect("DOW", press("cmdCustom"));
     run.expect("CustomDOW", [&run](QDialog* d) {
         next(d);
-        child<QLineEdit>(d, "txtTitle")->setText("Week 'A'");
+        control<QLineEdit>(d, "txtTitle")->setText("Week 'A'");
         next(d);
         press("cmdAdd")(d);
         press("cmdRemove")(d);
@@ -195,7 +178,7 @@ void TestWizards::customTemplatesStayAfterCancel() {
                      "No day has been selected to remove. Please select a day to remove and then "
                      "try again."}));
         run.boxes.clear();
-        auto* day = child<QLineEdit>(d, "txtDay");
+        auto* day = control<QLineEdit>(d, "txtDay");
         for (const char* name : {"Mon A", "Tue A", "Oops"}) {
             day->setText(name);
             press("cmdAdd")(d);
@@ -203,7 +186,7 @@ void TestWizards::customTemplatesStayAfterCancel() {
         // Enter in the day box adds the day (and does not press Next).
         day->setText("Wed A");
         QTest::keyClick(day, Qt::Key_Return);
-        child<QListWidget>(d, "lstDays")->setCurrentRow(2);
+        control<QListWidget>(d, "lstDays")->setCurrentRow(2);
         press("cmdRemove")(d);
         next(d);
     });
@@ -211,7 +194,7 @@ void TestWizards::customTemplatesStayAfterCancel() {
     run.expect("Hours", press("cmdCustom"));
     run.expect("CustomHours", [&run](QDialog* d) {
         press("cmdRemove")(d);
-        child<QLineEdit>(d, "txtTitle")->setText("O'Hare's day");
+        control<QLineEdit>(d, "txtTitle")->setText("O'Hare's day");
         press("cmdAdd")(d);
         next(d); // one time is not enough
         QVERIFY(d->isVisible());
@@ -220,9 +203,9 @@ void TestWizards::customTemplatesStayAfterCancel() {
                               "remove and then try again.",
                               "No hours have been entered. Please enter at least two times and "
                               "try again."}));
-        child<QListWidget>(d, "lstHour")->setCurrentRow(0);
+        control<QListWidget>(d, "lstHour")->setCurrentRow(0);
         press("cmdRemove")(d);
-        auto* cbo = child<QComboBox>(d, "cboHour");
+        auto* cbo = control<QComboBox>(d, "cboHour");
         QCOMPARE(cbo->count(), 288);
         QCOMPARE(cbo->itemText(0), "12:00am");
         QCOMPARE(cbo->itemText(287), "11:55pm");
@@ -237,7 +220,7 @@ void TestWizards::customTemplatesStayAfterCancel() {
     // user comes back to its screen.
     const auto chosen = [](const char* list, const QString& name, const char* then) {
         return [list, name, then](QDialog* d) {
-            auto* l = child<QListWidget>(d, list);
+            auto* l = control<QListWidget>(d, list);
             QCOMPARE(l->currentItem()->text(), name);
             QCOMPARE(l->currentRow(), l->count() - 1);
             press(then)(d);
@@ -245,89 +228,118 @@ void TestWizards::customTemplatesStayAfterCancel() {
     };
     run.expect("Hours", [chosen](QDialog* d) {
         // A saved set of times has its own period lengths.
-        auto* inc = child<QListWidget>(d, "lstInc");
+        auto* inc = control<QListWidget>(d, "lstInc");
         QVERIFY(!inc->isEnabled());
         QCOMPARE(inc->currentRow(), 0);
         inc->setCurrentRow(1);
         chosen("lstHours", "O'Hare's day", "cmdNext")(d);
     });
     run.expect("Complete", [](QDialog* d) {
-        const QString summary = child<QLabel>(d, "lblSummary")->text();
+        const QString summary = control<QLabel>(d, "lblSummary")->text();
         QVERIFY2(summary.contains("Mon A, Tue A, Wed A") &&
                      summary.contains("2, from 8:00am to 10:00am"),
                  qPrintable(summary));
         press("cmdBack")(d);
     });
     run.expect("Hours", [chosen](QDialog* d) {
-        QCOMPARE(child<QListWidget>(d, "lstInc")->currentRow(), 1);
+        QCOMPARE(control<QListWidget>(d, "lstInc")->currentRow(), 1);
         chosen("lstHours", "O'Hare's day", "cmdBack")(d);
     });
     run.expect("DOW", chosen("lstDOW", "Week 'A'", "cmdCancel"));
     QCOMPARE(run.go(), QString());
 
-    QCOMPARE(rows("SELECT i.name FROM DOWTemplate t, DOWTemplateItem i WHERE i.DOWTemplateID = "
-                  "t.id AND t.name = 'Week ''A''' ORDER BY i.Pos;"),
+    QCOMPARE(joined("SELECT i.name FROM DOWTemplate t, DOWTemplateItem i WHERE i.DOWTemplateID = "
+                    "t.id AND t.name = 'Week ''A''' ORDER BY i.Pos;"),
              "Mon A, Tue A, Wed A");
-    QCOMPARE(rows("SELECT i.name FROM HourTemplate t, HourTemplateItem i WHERE i.HourTemplateID = "
-                  "t.id AND t.name = 'O''Hare''s day' ORDER BY i.Pos;"),
-             "08:00:00, 09:00:00, 10:00:00");
+    QCOMPARE(
+        joined("SELECT i.name FROM HourTemplate t, HourTemplateItem i WHERE i.HourTemplateID = "
+               "t.id AND t.name = 'O''Hare''s day' ORDER BY i.Pos;"),
+        "08:00:00, 09:00:00, 10:00:00");
 }
 
 void TestWizards::cancelEndsWizard_data() {
     // Each screen shown, then the button pressed on it or Escape.
     QTest::addColumn<QString>("steps");
-    QTest::addColumn<bool>("chooseFile"); // false cancels the save dialog
-    QTest::newRow("welcome") << "Welcome cmdCancel" << true;
-    QTest::newRow("save dialog") << "Welcome cmdNext" << false;
+    QTest::addColumn<QString>("chosen"); // names given the save dialog in turn; "" cancels it
+    QTest::newRow("welcome") << "Welcome cmdCancel"
+                             << "fresh";
+    QTest::newRow("save dialog") << "Welcome cmdNext"
+                                 << "";
+    // The open project cannot be replaced; asked again, the user gives up.
+    QTest::newRow("the open project's name") << "Welcome cmdNext"
+                                             << "old,";
     QTest::newRow("custom hours")
-        << "Welcome cmdNext, DOW cmdNext, Hours cmdCustom, CustomHours cmdCancel" << true;
-    QTest::newRow("hours, escape") << "Welcome cmdNext, DOW cmdNext, Hours Escape" << true;
+        << "Welcome cmdNext, DOW cmdNext, Hours cmdCustom, CustomHours cmdCancel"
+        << "fresh";
+    QTest::newRow("hours, escape") << "Welcome cmdNext, DOW cmdNext, Hours Escape"
+                                   << "fresh";
 }
 
 void TestWizards::cancelEndsWizard() {
     QFETCH(QString, steps);
-    QFETCH(bool, chooseFile);
+    QFETCH(QString, chosen);
     // Past the welcome screen the file is made.
-    const bool fileMade = chooseFile && steps.startsWith("Welcome cmdNext");
+    const bool fileMade = chosen == "fresh" && steps.startsWith("Welcome cmdNext");
     Run run;
     const QString old = run.env.newProjectWithCalendar({"Monday"}, {"9:00", "10:00"}, "old.VNPL");
     QVERIFY(run.env.open(old));
     run.w.ProjectOpened();
+    const QByteArray before = readFile(old);
     const QString fresh = run.env.path("fresh.VNPL");
-    chooseFile ? run.files.choose(fresh) : run.files.cancel();
+    for (const QString& name : chosen.split(','))
+        name.isEmpty() ? run.files.cancel() : run.files.choose(run.env.path(name + ".VNPL"));
     for (const QString& step : steps.split(", ")) {
         const QString button = step.section(' ', 1);
         run.expect(step.section(' ', 0, 0), button == "Escape" ? escape : press(button.toLatin1()));
     }
     QCOMPARE(run.go(), QString());
     QVERIFY(Wizard::state().WizardCancel);
-    QVERIFY(run.boxes.messages().isEmpty());
+    QCOMPARE(run.boxes.texts(), chosen.startsWith("old")
+                                    ? QStringList{old + " is the project that is open now, so it "
+                                                        "cannot be replaced by a new one. Please "
+                                                        "choose another name."}
+                                    : QStringList());
+    // A save dialog once past the welcome screen, and again after each refused name.
+    QCOMPARE(run.files.requests().size(), chosen.count(',') + (steps.contains("cmdNext") ? 1 : 0));
 
     const QString open = fileMade ? fresh : old;
     QCOMPARE(QFileInfo::exists(fresh), fileMade);
     QCOMPARE(ModMain::DB().GetDBFilename(), open);
     QCOMPARE(run.statusPath(), open);
-    QCOMPARE(rows("SELECT COUNT(*) FROM ProjectTimeTitle;"), fileMade ? "0" : "1");
+    QCOMPARE(value("SELECT COUNT(*) FROM ProjectTimeTitle"), fileMade ? "0" : "1");
+    if (!fileMade)
+        QCOMPARE(readFile(old), before);
 }
 
 void TestWizards::firstRunPrompt_data() {
     QTest::addColumn<int>("answer");
-    QTest::newRow("yes") << int(MsgResult::Yes);
-    QTest::newRow("cancel") << int(MsgResult::Cancel);
+    QTest::addColumn<bool>("sample");
+    QTest::newRow("yes") << int(MsgResult::Yes) << false;
+    QTest::newRow("cancel") << int(MsgResult::Cancel) << false;
+    QTest::newRow("sample school") << int(MsgResult::No) << true;
 }
 
 void TestWizards::firstRunPrompt() {
     QFETCH(int, answer);
+    QFETCH(bool, sample);
     Run run;
+    const QByteArray home = qgetenv("HOME");
+    qputenv("HOME", run.env.dir().toLocal8Bit());
     run.boxes.answer(MsgResult(answer));
+    // Then the sample school, or the New Project Wizard.
+    run.boxes.answer(sample ? MsgResult::Yes : MsgResult::No);
     run.w.Form_Load();
-    run.expect("Welcome", press("cmdCancel"));
+    if (!sample)
+        run.expect("Welcome", press("cmdCancel"));
     QCOMPARE(run.driver.run([&run] { ModMain::DoFirstRun(run.w); }), QString());
+    qputenv("HOME", home);
 
     QCOMPARE(run.boxes.texts(),
-             QStringList{"We've noticed that this is the first time you have launched Vantor "
-                         "Planner. You may find it useful to follow the getting started "
-                         "tutorial. Would you like to view it now?"});
+             QStringList({"We've noticed that this is the first time you have launched Vantor "
+                          "Planner. You may find it useful to follow the getting started "
+                          "tutorial. Would you like to view it now?",
+                          "Would you like to explore a sample school first? Choose No to set up "
+                          "your own school now with the New Project Wizard."}));
     QCOMPARE(run.boxes.messages().first().buttons, Common::MsgButtons::YesNoCancel);
     QCOMPARE(run.boxes.messages().first().icon, Common::MsgIcon::Question);
     // Yes opens the tutorial beside the wizard; nothing else opens it.
@@ -335,11 +347,12 @@ void TestWizards::firstRunPrompt() {
     QVERIFY(!help || help->isVisible());
     QCOMPARE(help ? help->txtHelp->source().fileName() : QString(),
              MsgResult(answer) == MsgResult::Yes ? "getting-started.html" : "");
-    QCOMPARE(run.statusPath(), "No project open");
+    QCOMPARE(run.statusPath(),
+             sample ? run.env.path("Documents/Sample School.VNPL") : "No project open");
 
     // Later starts ask nothing.
     ModMain::DoFirstRun(run.w);
-    QCOMPARE(run.boxes.messages().size(), 1);
+    QCOMPARE(run.boxes.messages().size(), 2);
 }
 
 void TestWizards::cancelledProjectOffersItsCalendar() {
@@ -347,8 +360,7 @@ void TestWizards::cancelledProjectOffersItsCalendar() {
     // An old project with a timetable on screen.
     const QString old = run.env.newProjectWithCalendar({"Monday"}, {"9:00", "10:00"}, "old.VNPL");
     QVERIFY(run.env.open(old));
-    ModMain::DB().Execute("INSERT INTO Class (name) VALUES ('7A')");
-    ModMain::CreateTimetable("Class", ModMain::DB().GetInsertID(), 1);
+    ModMain::CreateTimetable("Class", insertClass("7A"), 1);
     run.w.ProjectOpened();
     QVERIFY(run.w.g->rows() > 1);
     const QString fresh = run.env.path("fresh.VNPL");
@@ -369,7 +381,7 @@ void TestWizards::cancelledProjectOffersItsCalendar() {
     // offers the same screens as the wizard.
     run.boxes.answer(MsgResult::Yes);
     run.expect("DOW", [](QDialog* d) {
-        QVERIFY(!child<QPushButton>(d, "cmdBack")->isEnabled()); // no file to go back to
+        QVERIFY(!control<QPushButton>(d, "cmdBack")->isEnabled()); // no file to go back to
         pick(d, "lstDOW", "Monday to Friday");
         next(d);
     });
@@ -384,32 +396,10 @@ void TestWizards::cancelledProjectOffersItsCalendar() {
                           "created. Would you like to set them up now?",
                           "Vantor Planner is now ready to create your timetables. Would you like "
                           "to create a timetable now?"}));
-    QCOMPARE(rows("SELECT COUNT(*) FROM ProjectDayTitle"), "5");
-    QCOMPARE(rows("SELECT COUNT(*) FROM ProjectTimeTitle"), "8");
+    QCOMPARE(value("SELECT COUNT(*) FROM ProjectDayTitle"), "5");
+    QCOMPARE(value("SELECT COUNT(*) FROM ProjectTimeTitle"), "8");
     QVERIFY(!setUp->isEnabled());
     QVERIFY(run.w.g->emptyText().startsWith("No timetable is shown"));
-}
-
-void TestWizards::openProjectCannotBeReplaced() {
-    Run run;
-    const QString old = run.env.newProjectWithCalendar({"Monday"}, {"9:00", "10:00"}, "old.VNPL");
-    QVERIFY(run.env.open(old));
-    run.w.ProjectOpened();
-    QFile f(old);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    const QByteArray before = f.readAll();
-    f.close();
-    run.files.choose(old);
-    run.files.cancel(); // asked again, the user gives up
-    run.expect("Welcome", next);
-    QCOMPARE(run.go(), QString());
-    QCOMPARE(run.boxes.texts(), QStringList{old + " is the project that is open now, so it cannot "
-                                                  "be replaced by a new one. Please choose "
-                                                  "another name."});
-    QCOMPARE(run.files.requests().size(), 2);
-    QCOMPARE(ModMain::DB().GetDBFilename(), old);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    QCOMPARE(f.readAll(), before);
 }
 
 void TestWizards::blankProjectMissing() {

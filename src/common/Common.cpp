@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QMessageBox>
 
 namespace Common {
@@ -84,9 +85,15 @@ QString AppDir() {
     const QByteArray overridden = qgetenv("VANTOR_APP_DIR");
     if (!overridden.isEmpty())
         return QDir::cleanPath(QString::fromLocal8Bit(overridden));
-    if (QCoreApplication::instance())
-        return QCoreApplication::applicationDirPath();
-    return QDir::currentPath();
+    if (!QCoreApplication::instance())
+        return QDir::currentPath();
+    // Built, the files sit beside the program; installed, in its share folder.
+    const QString beside = QCoreApplication::applicationDirPath();
+    const QString installed = QDir::cleanPath(beside + QStringLiteral("/../share/vantor-planner"));
+    if (!QFileInfo::exists(beside + QStringLiteral("/blank.db")) &&
+        QFileInfo::exists(installed + QStringLiteral("/blank.db")))
+        return installed;
+    return beside;
 }
 
 QString SQLReplace(const QString& text) {

@@ -24,7 +24,9 @@ void SetMsgBoxHandler(MsgBoxHandler handler);
 
 // The program's name as shown in title bars.
 QString AppTitle();
-// The folder of the executable, or VANTOR_APP_DIR when set.
+// The application folder, where the files the program reads at run time
+// are: VANTOR_APP_DIR when set; the program's own folder in a build; its
+// share/vantor-planner folder when installed.
 QString AppDir();
 
 // Doubles every single quote so the text can stand between quotes in SQL.

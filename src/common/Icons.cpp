@@ -1,5 +1,6 @@
 #include "common/Icons.h"
 
+#include <QImage>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
@@ -143,15 +144,24 @@ QIcon Toolbar(const QString& key) {
     return QIcon(paint(key));
 }
 
-QIcon App() {
-    QPixmap pm(kSize, kSize);
-    pm.fill(Qt::transparent);
-    QPainter p(&pm);
+QImage AppImage(int size) {
+    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter p(&image);
     p.setRenderHint(QPainter::Antialiasing);
+    // Drawn on a 64-unit square, whatever the size.
+    p.scale(size / double(kSize), size / double(kSize));
     drawSheet(p, QColor(52, 120, 198));
     p.fillRect(QRectF(26, 34, 13, 7), QColor(250, 200, 40));
     p.fillRect(QRectF(11, 44, 12, 7), QColor(46, 150, 90));
-    return QIcon(pm);
+    return image;
+}
+
+QIcon App() {
+    QIcon icon;
+    for (const int size : {16, 32, 64, 128})
+        icon.addPixmap(QPixmap::fromImage(AppImage(size)));
+    return icon;
 }
 
 } // namespace Icons

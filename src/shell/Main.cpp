@@ -77,8 +77,14 @@ void DoFirstRun(frmMain& main) {
     // manager) is what the user came for: no new project over it.
     if (ProjectIsOpen())
         return;
-    if (QAction* newProject = main.command(QStringLiteral("mnuFileNewProject"));
-        main.isBuilt(newProject))
+    const Common::MsgResult start = Common::MsgBox(
+        QStringLiteral("Would you like to explore a sample school first? Choose No to set up "
+                       "your own school now with the New Project Wizard."),
+        Common::MsgButtons::YesNoCancel, Common::MsgIcon::Question);
+    if (start == Common::MsgResult::Yes)
+        main.mnuHelpOpenSample_Click();
+    else if (QAction* newProject = main.command(QStringLiteral("mnuFileNewProject"));
+             start == Common::MsgResult::No && main.isBuilt(newProject))
         newProject->trigger();
     if (!ProjectIsOpen())
         main.NoProject();

@@ -201,6 +201,7 @@ void frmMain::buildMenus() {
     addCommand(mnuHelp, QStringLiteral("mnuHelpGettingStarted"),
                QStringLiteral("&Getting Started Tutorial"));
     addCommand(mnuHelp, QStringLiteral("mnuHelpTips"), QStringLiteral("&Tip of the Day..."));
+    addCommand(mnuHelp, QStringLiteral("mnuHelpOpenSample"), QStringLiteral("Open &Sample School"));
     mnuHelp->addSeparator();
     addCommand(mnuHelp, QStringLiteral("mnuHelpAbout"), QStringLiteral("&About Vantor Planner..."));
 }
@@ -296,6 +297,7 @@ void frmMain::wireCommands() {
     on(QStringLiteral("mnuHelpContents"), &frmMain::mnuHelpContents_Click);
     on(QStringLiteral("mnuHelpGettingStarted"), &frmMain::mnuHelpGettingStarted_Click);
     on(QStringLiteral("mnuHelpTips"), &frmMain::mnuHelpTips_Click);
+    on(QStringLiteral("mnuHelpOpenSample"), &frmMain::mnuHelpOpenSample_Click);
     on(QStringLiteral("mnuHelpAbout"), &frmMain::mnuHelpAbout_Click);
     on(QStringLiteral("mnuFileNew"), &frmMain::mnuFileNew_Click);
     on(QStringLiteral("mnuFileDelete"), &frmMain::mnuFileDelete_Click);
@@ -555,16 +557,34 @@ void frmMain::mnuFileOpenProject_Click() {
                 QString(), QStringLiteral("Open Vantor Timetable Project"), QStringLiteral("VNPL"),
                 this))
             return;
-        SaveTimetable();
-        ModMain::DB().DBClose();
-        // Nothing of the closed project stays on screen, whatever comes next.
-        NoProject();
-        if (ModMain::OpenProject(file)) {
-            ProjectOpened();
-        } else {
-            MsgBox(ModMain::OpenFailureText(file), MsgButtons::Ok, MsgIcon::Critical);
-            NoProject();
+        OpenProjectFile(file);
+    });
+}
+
+bool frmMain::OpenProjectFile(const QString& file) {
+    SaveTimetable();
+    ModMain::DB().DBClose();
+    // Nothing of the closed project stays on screen, whatever comes next.
+    NoProject();
+    if (ModMain::OpenProject(file)) {
+        ProjectOpened();
+        return true;
+    }
+    MsgBox(ModMain::OpenFailureText(file), MsgButtons::Ok, MsgIcon::Critical);
+    NoProject();
+    return false;
+}
+
+void frmMain::mnuHelpOpenSample_Click() {
+    Guard("frmMain", "mnuHelpOpenSample_Click", [&] {
+        QString error;
+        const QString copy = ModMain::CopySampleSchool(error);
+        if (copy.isEmpty()) {
+            MsgBox(error, MsgButtons::Ok, MsgIcon::Exclamation);
+            return;
         }
+        // The status bar then shows where the copy is.
+        OpenProjectFile(copy);
     });
 }
 

@@ -51,6 +51,11 @@ public:
     void mnuFileSetUpCalendar_Click();
     void mnuHelpContents_Click();
     void mnuHelpTips_Click();
+    // Opens a fresh copy of the sample school (in the documents folder).
+    void mnuHelpOpenSample_Click();
+    // Closes the open project and opens the file; false, the user told why,
+    // when it cannot be opened.
+    bool OpenProjectFile(const QString& file);
     void mnuHelpAbout_Click();
     void mnuHelpGettingStarted_Click();
 

@@ -1,14 +1,17 @@
 #include "store/Project.h"
 
+#include "common/Common.h"
 #include "common/Settings.h"
 #include "common/VbError.h"
 #include "store/ModMain.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QRegularExpression>
 #include <QSet>
+#include <QStandardPaths>
 #include <sqlite3.h>
 
 // The schema file is compiled into this static library; its registration
@@ -131,6 +134,31 @@ QString LastDB() {
 void SetLastDB(const QString& path) {
     Common::SaveSetting(QString::fromLatin1(Common::kConfigApp), QStringLiteral("Config"),
                         QStringLiteral("LastDB"), path);
+}
+
+QString CopySampleSchool(QString& error) {
+    const QString sample = Common::AppDir() + QStringLiteral("/sample-school.VNPL");
+    if (!QFileInfo::exists(sample)) {
+        error = QStringLiteral("The sample school was not found at %1.")
+                    .arg(QDir::toNativeSeparators(sample));
+        return QString();
+    }
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (folder.isEmpty())
+        folder = QDir::homePath();
+    QDir().mkpath(folder);
+    QString copy = folder + QStringLiteral("/Sample School.VNPL");
+    for (int n = 2; QFileInfo::exists(copy); ++n)
+        copy = folder + QStringLiteral("/Sample School %1.VNPL").arg(n);
+    if (!QFile::copy(sample, copy)) {
+        error = QStringLiteral("The sample school could not be copied to %1.")
+                    .arg(QDir::toNativeSeparators(folder));
+        return QString();
+    }
+    // An installed file is read-only; the copy is the user's to change.
+    QFile(copy).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup |
+                               QFile::ReadOther);
+    return copy;
 }
 
 QString ProjectProblem(int* number) {

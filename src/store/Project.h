@@ -9,6 +9,12 @@ namespace ModMain {
 QString LastDB();
 void SetLastDB(const QString& path);
 
+// A copy of the sample school shipped with the program, made in the user's
+// documents folder as "Sample School.VNPL" (numbered when that is taken), for
+// the user to change freely; the shipped file is never opened. Empty, with
+// the reason in error, when it cannot be made.
+QString CopySampleSchool(QString& error);
+
 // Opens the file on the program's connection and makes sure it is a sound
 // project: every table and column of a project is there and the file is not
 // damaged. A file that fails is closed again untouched; OpenFailureText then
