@@ -14,7 +14,6 @@
 #include "store/Records.h"
 #include "support/Fixtures.h"
 
-#include <QRandomGenerator>
 #include <QtTest>
 #include <QtWidgets>
 #include <sqlite3.h>
@@ -70,7 +69,6 @@ struct GeneratedSchool {
     QString file;
     qint32 target = 0;
     QVector<qint32> tutors, rooms, subjects;
-
     explicit GeneratedSchool(quint32 seed) {
         file = env.newProjectWithCalendar(
             {"Monday", "Tuesday", "Wednesday", "Thursday", "Friday"},
@@ -117,323 +115,14 @@ struct GeneratedSchool {
 
 // The links of the target's cells that hold a subject.
 QStringList takenCells(qint32 tt) {
-    return rows("SELECT Slot.ID, (SELECT group_concat(SubjectID) FROM SubjectSlot WHERE SlotID = "
-                "Slot.ID), (SELECT group_concat(TutorID) FROM TutorSlot WHERE SlotID = Slot.ID), "
-                "(SELECT group_concat(RoomID) FROM RoomSlot WHERE SlotID = Slot.ID) FROM Slot "
-                "WHERE TimetableID = %1 AND Slot.ID IN (SELECT SlotID FROM SubjectSlot) ORDER BY "
-                "Slot.ID",
-                tt);
-}
-} // namespace
-
-class TestAutoFill : public QObject {
-    Q_OBJECT
-private Q_SLOTS:
-    void init() { AutoFill::Reset(); }
-    void subjectScore_data();
-    void subjectScore();
-    void sequencePasses_data();
-    void sequencePasses();
-    void tutorScore();
-    void placement();
-    void headingsInStorageOrder();
-    void manySchools();
-    void cancelAndFailure();
-    void entryTexts();
-    void startChecks();
-    void subjectsScreen();
-    void backRestoresTutorsAndRooms();
-    void cancelOnEveryScreenWritesNothing();
-    void wholeRun();
-    void fillMethods();
-};
-
-void TestAutoFill::subjectScore_data() {
-    QTest::addColumn<QVector<qint32>>("list");
-    QTest::addColumn<int>("index");
-    QTest::addColumn<int>("set");
-    QTest::addColumn<double>("score");
-    // Asked once: Distance = N = 4, ideal 5/10 * 4 * 0.8 + 1 = 2.6.
-    QTest::newRow("asked once") << QVector<qint32>{7, 0, 0, 0} << 1 << 5 << 65.0;
-    QTest::newRow("asked once, anywhere") << QVector<qint32>{0, 0, 7, 0} << 3 << 5 << 65.0;
-    // SubjectSet 0: the ideal spacing is 1, so neighbours score 100.
-    QTest::newRow("set 0, adjacent") << QVector<qint32>{7, 7, 0, 0} << 1 << 0 << 100.0;
-    QTest::newRow("set 0, two apart") << QVector<qint32>{7, 0, 7, 0} << 1 << 0 << 50.0;
-    // Set 10 on N = 5: ideal 5, the repeat 1 away scores 1/5.
-    QTest::newRow("set 10, adjacent") << QVector<qint32>{7, 7, 0, 0, 0} << 2 << 10 << 20.0;
+    return rows(
+        "SELECT Slot.ID, (SELECT group_concat(SubjectID) FROM SubjectSlot WHERE SlotID = Slot.ID), "
+        "(SELECT group_concat(TutorID) FROM TutorSlot WHERE SlotID = Slot.ID), (SELECT "
+        "group_concat(RoomID) FROM RoomSlot WHERE SlotID = Slot.ID) FROM Slot WHERE TimetableID = "
+        "%1 AND Slot.ID IN (SELECT SlotID FROM SubjectSlot) ORDER BY Slot.ID",
+        tt);
 }
 
-void TestAutoFill::subjectScore() {
-    QFETCH(QVector<qint32>, list);
-    QFETCH(int, index);
-    QFETCH(int, set);
-    QFETCH(double, score);
-    QCOMPARE(ModMain::GetSubjectPointValue(list, index, list[index - 1], set), score);
-}
-
-void TestAutoFill::sequencePasses_data() {
-    QTest::addColumn<QVector<qint32>>("list");
-    QTest::addColumn<int>("set");
-    QTest::addColumn<QVector<qint32>>("after");
-    // Worked through by hand and by a model of the passes: the kept best is
-    // scored with the subject at i, the candidates with the one at best.
-    QTest::newRow("two singles") << QVector<qint32>{0, 0, 1, 2} << 0 << QVector<qint32>{1, 2, 0, 0};
-    QTest::newRow("a pair and a single")
-        << QVector<qint32>{0, 1, 2, 1} << 0 << QVector<qint32>{2, 1, 1, 0};
-    QTest::newRow("a pair kept together")
-        << QVector<qint32>{0, 2, 2, 1} << 0 << QVector<qint32>{1, 2, 2, 0};
-}
-
-void TestAutoFill::sequencePasses() {
-    QFETCH(QVector<qint32>, list);
-    QFETCH(int, set);
-    QFETCH(QVector<qint32>, after);
-    ModMain::FillProgress quiet;
-    ModMain::ImproveSequence(list, set, quiet);
-    QCOMPARE(list, after);
-}
-
-void TestAutoFill::tutorScore() {
-    // One class cell at Monday 8:00 taught twice by A; the five chosen tutors
-    // are distinct, and TutorSet 10 on five makes the ideal spacing 5 = N, so
-    // each starts from 100.
-    OpenProject p({"Monday", "Tuesday"}, {"8:00", "9:00"});
-    QVector<qint32> t;
-    for (const char* name : {"A", "B", "C", "D", "E"})
-        t << ModMain::CreateTutorRecord(name, name, QString(), QString());
-    const qint32 tt = ModMain::CreateTimetable("Class", insertClass("7A"), 1);
-    const qint32 cell = slotAt(tt, 1, 1);
-    link("Tutor", cell, t[0]);
-    link("Tutor", cell, t[0]);
-    // B teaches elsewhere at Tuesday 8:00.
-    link("Tutor", slotAt(ModMain::CreateTimetable("Class", insertClass("7B"), 1), 2, 1), t[1]);
-    const qint32 tuesday = slotAt(tt, 2, 1);
-    const qint32 pt = projectID("TimeTitle", 1);
-
-    const ModMain::BookingIndex index(ResourceKind::Tutor, tt, t);
-    // A teaches every tutored period: no bonus; C none: 100 + 10 folds back
-    // to 90; B is booked elsewhere then; A's own cell is no clash.
-    for (const auto& [tutor, slot, day, score] :
-         {std::tuple{0, tuesday, 2, 100.0}, std::tuple{2, tuesday, 2, 90.0},
-          std::tuple{1, tuesday, 2, 0.0}, std::tuple{0, cell, 1, 100.0}}) {
-        const qint32 pd = projectID("DayTitle", day);
-        QCOMPARE(ModMain::GetTutorPointValue(tt, slot, t, tutor + 1, t[tutor], 10, pt, pd), score);
-        QCOMPARE(index.PointValue(t, tutor + 1, 10, slot, pt, pd), score);
-    }
-}
-
-void TestAutoFill::placement() {
-    // Two days of two periods. Monday 8:00 has a subject already; Monday
-    // 9:00 a slot with only a tutor; B is busy elsewhere on Tuesday 8:00.
-    OpenProject p({"Monday", "Tuesday"}, {"8:00", "9:00", "10:00"});
-    const qint32 maths = ModMain::CreateSubjectRecord("Maths", 1);
-    const qint32 a = ModMain::CreateTutorRecord("A", "A", QString(), QString());
-    const qint32 b = ModMain::CreateTutorRecord("B", "B", QString(), QString());
-    const qint32 tt = ModMain::CreateTimetable("Class", insertClass("7A"), 1);
-    link("Subject", slotAt(tt, 1, 1), maths);
-    const qint32 tutorOnly = slotAt(tt, 1, 2);
-    link("Tutor", tutorOnly, a);
-    const qint32 other = ModMain::CreateTimetable("Class", insertClass("7B"), 1);
-    link("Tutor", slotAt(other, 2, 1), b);
-    const QStringList taken = takenCells(tt);
-
-    // Three periods of Maths fill the three free cells whatever the shuffle.
-    choose(tt, {maths}, {3}, {b, a}, {}, 4);
-    ModMain::FillProgress quiet;
-    QCOMPARE(ModMain::RunAutoFill(quiet), ModMain::FillOutcome::Finished);
-    QCOMPARE(takenCells(tt).mid(0, 1), taken);
-    // The tutor-only cell keeps its slot and gains the subject; no class
-    // links, and nothing in other timetables.
-    QCOMPARE(rows("SELECT (SELECT COUNT(*) FROM Slot WHERE TimetableID = %1), (SELECT COUNT(*) "
-                  "FROM SubjectSlot WHERE SlotID = %2), (SELECT COUNT(*) FROM ClassSlot), (SELECT "
-                  "COUNT(*) FROM Slot WHERE TimetableID <> %1)",
-                  tt, tutorOnly),
-             QStringList{"4|1|0|1"});
-    // On Monday 9:00 B, who teaches none of the class's periods yet, earns
-    // the bonus A does not; on Tuesday 8:00 B is busy, so A is taken.
-    const auto tutorAt = [&](qint32 timetable, int day, int period) {
-        return value("SELECT group_concat(TutorID) FROM TutorSlot WHERE SlotID = %1",
-                     ModMain::DoGetSlot(timetable, projectID("TimeTitle", period),
-                                        projectID("DayTitle", day)));
-    };
-    QCOMPARE(tutorAt(tt, 1, 2), QString("%1,%2").arg(a).arg(b));
-    QCOMPARE(tutorAt(tt, 2, 1), QString::number(a));
-
-    // Equal scores: the earlier chosen tutor is taken. B teaches 7B's one
-    // tutored period, so on Monday 8:00 C and A earn the same full bonus.
-    const qint32 c = ModMain::CreateTutorRecord("C", "C", QString(), QString());
-    choose(other, {maths}, {4}, {c, a}, {}, 4);
-    QCOMPARE(ModMain::RunAutoFill(quiet), ModMain::FillOutcome::Finished);
-    QCOMPARE(tutorAt(other, 1, 1), QString::number(c));
-}
-
-void TestAutoFill::headingsInStorageOrder() {
-    // Two classes, the second with its period headings stored in reverse
-    // (their positions unchanged). With the same shuffle each fill takes its
-    // cells in storage order, so the subjects read the same in storage order.
-    OpenProject p({"Monday"}, {"8:00", "9:00", "10:00", "11:00", "12:00", "13:00"});
-    const QVector<qint32> subjects = {ModMain::CreateSubjectRecord("W", 1),
-                                      ModMain::CreateSubjectRecord("X", 1),
-                                      ModMain::CreateSubjectRecord("Y", 1)};
-    const qint32 first = ModMain::CreateTimetable("Class", insertClass("7A"), 1);
-    const qint32 second = ModMain::CreateTimetable("Class", insertClass("7B"), 1);
-    const QString columns = "ProjectTimeTitleID, TimetableID, StartTime, Duration, Width, "
-                            "Height, SpecialID, Pos";
-    value("CREATE TEMP TABLE t AS SELECT %1 FROM TimeTitle WHERE TimetableID = %2", columns,
-          second);
-    value("DELETE FROM TimeTitle WHERE TimetableID = %1", second);
-    value("INSERT INTO TimeTitle (%1) SELECT %1 FROM t ORDER BY Pos DESC", columns);
-
-    const auto fillInStorageOrder = [&](qint32 tt) {
-        choose(tt, subjects, {2, 1, 1}, {}, {}, 1);
-        Common::Randomize(5);
-        ModMain::FillProgress quiet;
-        ModMain::RunAutoFill(quiet);
-        return rows("SELECT group_concat(SubjectID) FROM TimeTitle LEFT JOIN Slot ON "
-                    "Slot.TimeTitleID = TimeTitle.ID LEFT JOIN SubjectSlot ON SlotID = Slot.ID "
-                    "WHERE TimeTitle.TimetableID = %1 GROUP BY TimeTitle.ID ORDER BY TimeTitle.ID",
-                    tt);
-    };
-    const QStringList inFirst = fillInStorageOrder(first);
-    QCOMPARE(inFirst.size(), 5);
-    QCOMPARE(fillInStorageOrder(second), inFirst);
-}
-
-void TestAutoFill::manySchools() {
-    int emptyEarly = 0, emptyLate = 0;
-    for (quint32 seed = 1; seed <= 12; ++seed) {
-        GeneratedSchool school(seed);
-        ErrorRecorder errors;
-        const qint32 free = school.freeCells();
-        const QVector<qint32> periods = {free / 4, free / 6, 2};
-        const QVector<qint32> chosen = {school.subjects[0], school.subjects[3], school.subjects[5]};
-        // Every tutor and room, or some of them.
-        const int some = seed % 3 ? 8 : 4;
-        const auto fill = [&](ModMain::Scoring scoring) {
-            choose(school.target, chosen, periods, school.tutors.mid(8 - some),
-                   school.rooms.mid(0, some - 2), qint16(QList<int>{1, 2, 3, 5}[seed % 4]));
-            Common::Randomize(seed);
-            ModMain::FillProgress quiet;
-            QCOMPARE(ModMain::RunAutoFill(quiet, scoring), ModMain::FillOutcome::Finished);
-        };
-        // The prescribed statements fill a copy; the fast scoring must write the same rows.
-        ModMain::DB().DBClose();
-        const QString copy = school.env.path(QStringLiteral("statements.VNPL"));
-        QVERIFY(QFile::copy(school.file, copy));
-        QVERIFY(openQuick(school.env, copy));
-        fill(ModMain::Scoring::Statements);
-        ModMain::DB().DBClose();
-        QVERIFY(openQuick(school.env, school.file));
-
-        const auto before = bookings();
-        const QStringList taken = takenCells(school.target);
-        const auto counts = [&] {
-            return rows("SELECT SubjectID, COUNT(*) FROM SubjectSlot, Slot WHERE Slot.ID = "
-                        "SlotID AND TimetableID = %1 GROUP BY SubjectID ORDER BY SubjectID",
-                        school.target);
-        };
-        const QStringList countsBefore = counts();
-        fill(ModMain::Scoring::Index);
-        QVERIFY(errors.reports().isEmpty());
-
-        // No resource newly booked where it was, or twice.
-        const auto after = bookings();
-        for (auto it = after.cbegin(); it != after.cend(); ++it)
-            if (it.value() != before.value(it.key()))
-                QVERIFY2(before.value(it.key()).isEmpty() && it.value().size() == 1,
-                         qPrintable(it.key()));
-        // Each chosen subject gained exactly the periods asked for.
-        QMap<QString, int> gained;
-        for (const QString& r : counts())
-            gained[r.section('|', 0, 0)] += r.section('|', 1).toInt();
-        for (const QString& r : countsBefore)
-            gained[r.section('|', 0, 0)] -= r.section('|', 1).toInt();
-        for (int i = 0; i < chosen.size(); ++i)
-            QCOMPARE(gained.take(QString::number(chosen[i])), periods[i]);
-        for (const int rest : gained)
-            QCOMPARE(rest, 0);
-        // Cells that had subjects kept every link.
-        for (const QString& cell : taken)
-            QVERIFY(takenCells(school.target).contains(cell));
-
-        // Where the empty cells fell, in the fill's order.
-        const QStringList order =
-            rows("SELECT (SELECT COUNT(*) FROM SubjectSlot, Slot WHERE SlotID = Slot.ID AND "
-                 "Slot.DayTitleID = DayTitle.ID AND Slot.TimeTitleID = TimeTitle.ID) FROM "
-                 "DayTitle, TimeTitle WHERE DayTitle.TimetableID = %1 AND TimeTitle.TimetableID = "
-                 "%1 ORDER BY DayTitle.ID, TimeTitle.ID",
-                 school.target);
-        for (int i = 0; i < order.size(); ++i)
-            if (order[i] == "0")
-                ++(i < order.size() / 2 ? emptyEarly : emptyLate);
-        ModMain::DB().DBClose();
-        QVERIFY2(dump(school.file) == dump(copy), qPrintable(QString("school %1").arg(seed)));
-    }
-    // The empty entries are shuffled among the subjects, not left at the end.
-    QVERIFY2(emptyEarly * 3 > emptyLate && emptyLate * 3 > emptyEarly,
-             qPrintable(QString("%1 empty early, %2 late").arg(emptyEarly).arg(emptyLate)));
-}
-
-void TestAutoFill::cancelAndFailure() {
-    GeneratedSchool school(3);
-    ErrorRecorder errors;
-    ModMain::DB().DBClose();
-    const QString original = dump(school.file);
-    QVERIFY(openQuick(school.env, school.file));
-    const auto fill = [&](qint32 periods, qint16 method, ModMain::FillProgress& progress) {
-        choose(school.target, {school.subjects[0]}, {periods}, school.tutors, school.rooms, method);
-        const auto outcome = ModMain::RunAutoFill(progress);
-        return outcome;
-    };
-    // How many pauses a whole run makes, counted on a copy.
-    struct Count : ModMain::FillProgress {
-        int n = 0;
-        bool yield() override { return ++n < 0; }
-    } count;
-    const QString copy = school.env.path("count.VNPL");
-    ModMain::DB().DBClose();
-    QVERIFY(QFile::copy(school.file, copy));
-    QVERIFY(openQuick(school.env, copy));
-    QCOMPARE(fill(school.freeCells(), 1, count), ModMain::FillOutcome::Finished);
-    QVERIFY(openQuick(school.env, school.file));
-    // Cancelled at the first pause, and at the last cells after most rows
-    // are written: nothing stays.
-    for (const int at : {1, count.n - 2}) {
-        CancelAt cancel(at);
-        QCOMPARE(fill(school.freeCells(), 1, cancel), ModMain::FillOutcome::Cancelled);
-        QVERIFY2(cancel.left == 0, "the run ended before it was cancelled");
-    }
-    // A method that is gone ends the run at once.
-    ModMain::FillProgress quiet;
-    QCOMPARE(fill(2, 99, quiet), ModMain::FillOutcome::Finished);
-    // More periods than free cells: reported, nothing written.
-    QCOMPARE(fill(school.freeCells() + 1, 1, quiet), ModMain::FillOutcome::Failed);
-    QCOMPARE(errors.reports().size(), 1);
-    QCOMPARE(errors.reports()[0].procedure, QString("DoAutoFill"));
-    QCOMPARE(errors.reports()[0].number, 9);
-    // Another program holds the lock: refused in words before anything runs.
-    MessageRecorder boxes;
-    ModMain::DB().SetBusyTimeout(50);
-    sqlite3* other = nullptr;
-    QCOMPARE(sqlite3_open(school.file.toUtf8().constData(), &other), SQLITE_OK);
-    QCOMPARE(sqlite3_exec(other, "BEGIN IMMEDIATE;", nullptr, nullptr, nullptr), SQLITE_OK);
-    QCOMPARE(fill(2, 1, quiet), ModMain::FillOutcome::Refused);
-    QCOMPARE(boxes.texts(), QStringList{ProjectBusyText(school.file)});
-    sqlite3_exec(other, "ROLLBACK;", nullptr, nullptr, nullptr);
-    sqlite3_close(other);
-    ModMain::DB().DBClose();
-    QCOMPARE(dump(school.file), original);
-}
-
-void TestAutoFill::entryTexts() {
-    QCOMPARE(SubjectEntryText("Maths", 1), QString("Maths (fill 1 period)"));
-    QCOMPARE(SubjectEntryText("Maths", 12), QString("Maths (fill 12 periods)"));
-    QCOMPARE(SubjectEntryPeriods("Maths (fill 12 periods)"), 12);
-    QCOMPARE(SubjectEntryPeriods("Art (fill 2) (fill 3 periods)"), 3);
-    QCOMPARE(SubjectEntryPeriods("Maths"), 0);
-}
-
-namespace {
 using Step = ModalDriver::Step;
 
 const Step next = press("cmdNext");
@@ -490,247 +179,521 @@ struct WizardSchool : OpenProject {
 };
 } // namespace
 
-void TestAutoFill::startChecks() {
-    {
-        WizardSchool school(false);
-        school.messages.answer(MsgResult::Yes);
+class TestAutoFill : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { AutoFill::Reset(); }
+    void subjectScore_data() {
+        QTest::addColumn<QVector<qint32>>("list");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<int>("set");
+        QTest::addColumn<double>("score");
+        // Asked once: Distance = N = 4, ideal 5/10 * 4 * 0.8 + 1 = 2.6.
+        QTest::newRow("asked once") << QVector<qint32>{7, 0, 0, 0} << 1 << 5 << 65.0;
+        QTest::newRow("asked once, anywhere") << QVector<qint32>{0, 0, 7, 0} << 3 << 5 << 65.0;
+        // SubjectSet 0: the ideal spacing is 1, so neighbours score 100.
+        QTest::newRow("set 0, adjacent") << QVector<qint32>{7, 7, 0, 0} << 1 << 0 << 100.0;
+        QTest::newRow("set 0, two apart") << QVector<qint32>{7, 0, 7, 0} << 1 << 0 << 50.0;
+        // Set 10 on N = 5: ideal 5, the repeat 1 away scores 1/5.
+        QTest::newRow("set 10, adjacent") << QVector<qint32>{7, 7, 0, 0, 0} << 2 << 10 << 20.0;
+    }
+    void subjectScore() {
+        QFETCH(QVector<qint32>, list);
+        QFETCH(int, index);
+        QFETCH(int, set);
+        QFETCH(double, score);
+        QCOMPARE(ModMain::GetSubjectPointValue(list, index, list[index - 1], set), score);
+    }
+    void sequencePasses_data() {
+        QTest::addColumn<QVector<qint32>>("list");
+        QTest::addColumn<int>("set");
+        QTest::addColumn<QVector<qint32>>("after");
+        // Worked through by hand and by a model of the passes: the kept best is
+        // scored with the subject at i, the candidates with the one at best.
+        QTest::newRow("two singles")
+            << QVector<qint32>{0, 0, 1, 2} << 0 << QVector<qint32>{1, 2, 0, 0};
+        QTest::newRow("a pair and a single")
+            << QVector<qint32>{0, 1, 2, 1} << 0 << QVector<qint32>{2, 1, 1, 0};
+        QTest::newRow("a pair kept together")
+            << QVector<qint32>{0, 2, 2, 1} << 0 << QVector<qint32>{1, 2, 2, 0};
+    }
+    void sequencePasses() {
+        QFETCH(QVector<qint32>, list);
+        QFETCH(int, set);
+        QFETCH(QVector<qint32>, after);
+        ModMain::FillProgress quiet;
+        ModMain::ImproveSequence(list, set, quiet);
+        QCOMPARE(list, after);
+    }
+    void tutorScore() {
+        // One class cell at Monday 8:00 taught twice by A; the five chosen tutors
+        // are distinct, and TutorSet 10 on five makes the ideal spacing 5 = N, so
+        // each starts from 100.
+        OpenProject p({"Monday", "Tuesday"}, {"8:00", "9:00"});
+        QVector<qint32> t;
+        for (const char* name : {"A", "B", "C", "D", "E"})
+            t << ModMain::CreateTutorRecord(name, name, QString(), QString());
+        const qint32 tt = ModMain::CreateTimetable("Class", insertClass("7A"), 1);
+        const qint32 cell = slotAt(tt, 1, 1);
+        link("Tutor", cell, t[0]);
+        link("Tutor", cell, t[0]);
+        // B teaches elsewhere at Tuesday 8:00.
+        link("Tutor", slotAt(ModMain::CreateTimetable("Class", insertClass("7B"), 1), 2, 1), t[1]);
+        const qint32 tuesday = slotAt(tt, 2, 1);
+        const qint32 pt = projectID("TimeTitle", 1);
+        const ModMain::BookingIndex index(ResourceKind::Tutor, tt, t);
+        // A teaches every tutored period: no bonus; C none: 100 + 10 folds back
+        // to 90; B is booked elsewhere then; A's own cell is no clash.
+        for (const auto& [tutor, slot, day, score] :
+             {std::tuple{0, tuesday, 2, 100.0}, std::tuple{2, tuesday, 2, 90.0},
+              std::tuple{1, tuesday, 2, 0.0}, std::tuple{0, cell, 1, 100.0}}) {
+            const qint32 pd = projectID("DayTitle", day);
+            QCOMPARE(ModMain::GetTutorPointValue(tt, slot, t, tutor + 1, t[tutor], 10, pt, pd),
+                     score);
+            QCOMPARE(index.PointValue(t, tutor + 1, 10, slot, pt, pd), score);
+        }
+    }
+    void placement() {
+        // Two days of two periods. Monday 8:00 has a subject already; Monday
+        // 9:00 a slot with only a tutor; B is busy elsewhere on Tuesday 8:00.
+        OpenProject p({"Monday", "Tuesday"}, {"8:00", "9:00", "10:00"});
+        const qint32 maths = ModMain::CreateSubjectRecord("Maths", 1);
+        const qint32 a = ModMain::CreateTutorRecord("A", "A", QString(), QString());
+        const qint32 b = ModMain::CreateTutorRecord("B", "B", QString(), QString());
+        const qint32 tt = ModMain::CreateTimetable("Class", insertClass("7A"), 1);
+        link("Subject", slotAt(tt, 1, 1), maths);
+        const qint32 tutorOnly = slotAt(tt, 1, 2);
+        link("Tutor", tutorOnly, a);
+        const qint32 other = ModMain::CreateTimetable("Class", insertClass("7B"), 1);
+        link("Tutor", slotAt(other, 2, 1), b);
+        const QStringList taken = takenCells(tt);
+        // Three periods of Maths fill the three free cells whatever the shuffle.
+        choose(tt, {maths}, {3}, {b, a}, {}, 4);
+        ModMain::FillProgress quiet;
+        QCOMPARE(ModMain::RunAutoFill(quiet), ModMain::FillOutcome::Finished);
+        QCOMPARE(takenCells(tt).mid(0, 1), taken);
+        // The tutor-only cell keeps its slot and gains the subject; no class
+        // links, and nothing in other timetables.
+        QCOMPARE(rows("SELECT (SELECT COUNT(*) FROM Slot WHERE TimetableID = %1), (SELECT COUNT(*) "
+                      "FROM SubjectSlot WHERE SlotID = %2), (SELECT COUNT(*) FROM ClassSlot), "
+                      "(SELECT COUNT(*) FROM Slot WHERE TimetableID <> %1)",
+                      tt, tutorOnly),
+                 QStringList{"4|1|0|1"});
+        // On Monday 9:00 B, who teaches none of the class's periods yet, earns
+        // the bonus A does not; on Tuesday 8:00 B is busy, so A is taken.
+        const auto tutorAt = [&](qint32 timetable, int day, int period) {
+            return value("SELECT group_concat(TutorID) FROM TutorSlot WHERE SlotID = %1",
+                         ModMain::DoGetSlot(timetable, projectID("TimeTitle", period),
+                                            projectID("DayTitle", day)));
+        };
+        QCOMPARE(tutorAt(tt, 1, 2), QString("%1,%2").arg(a).arg(b));
+        QCOMPARE(tutorAt(tt, 2, 1), QString::number(a));
+        // Equal scores: the earlier chosen tutor is taken. B teaches 7B's one
+        // tutored period, so on Monday 8:00 C and A earn the same full bonus.
+        const qint32 c = ModMain::CreateTutorRecord("C", "C", QString(), QString());
+        choose(other, {maths}, {4}, {c, a}, {}, 4);
+        QCOMPARE(ModMain::RunAutoFill(quiet), ModMain::FillOutcome::Finished);
+        QCOMPARE(tutorAt(other, 1, 1), QString::number(c));
+    }
+    void headingsInStorageOrder() {
+        // Two classes, the second with its period headings stored in reverse
+        // (their positions unchanged). With the same shuffle each fill takes its
+        // cells in storage order, so the subjects read the same in storage order.
+        OpenProject p({"Monday"}, {"8:00", "9:00", "10:00", "11:00", "12:00", "13:00"});
+        const QVector<qint32> subjects = {ModMain::CreateSubjectRecord("W", 1),
+                                          ModMain::CreateSubjectRecord("X", 1),
+                                          ModMain::CreateSubjectRecord("Y", 1)};
+        const qint32 first = ModMain::CreateTimetable("Class", insertClass("7A"), 1);
+        const qint32 second = ModMain::CreateTimetable("Class", insertClass("7B"), 1);
+        const QString columns =
+            "ProjectTimeTitleID, TimetableID, StartTime, Duration, Width, Height, SpecialID, Pos";
+        value("CREATE TEMP TABLE t AS SELECT %1 FROM TimeTitle WHERE TimetableID = %2", columns,
+              second);
+        value("DELETE FROM TimeTitle WHERE TimetableID = %1", second);
+        value("INSERT INTO TimeTitle (%1) SELECT %1 FROM t ORDER BY Pos DESC", columns);
+        const auto fillInStorageOrder = [&](qint32 tt) {
+            choose(tt, subjects, {2, 1, 1}, {}, {}, 1);
+            Common::Randomize(5);
+            ModMain::FillProgress quiet;
+            ModMain::RunAutoFill(quiet);
+            return rows(
+                "SELECT group_concat(SubjectID) FROM TimeTitle LEFT JOIN Slot ON Slot.TimeTitleID "
+                "= TimeTitle.ID LEFT JOIN SubjectSlot ON SlotID = Slot.ID WHERE "
+                "TimeTitle.TimetableID = %1 GROUP BY TimeTitle.ID ORDER BY TimeTitle.ID",
+                tt);
+        };
+        const QStringList inFirst = fillInStorageOrder(first);
+        QCOMPARE(inFirst.size(), 5);
+        QCOMPARE(fillInStorageOrder(second), inFirst);
+    }
+    void manySchools() {
+        int emptyEarly = 0, emptyLate = 0;
+        for (quint32 seed = 1; seed <= 12; ++seed) {
+            GeneratedSchool school(seed);
+            ErrorRecorder errors;
+            const qint32 free = school.freeCells();
+            const QVector<qint32> periods = {free / 4, free / 6, 2};
+            const QVector<qint32> chosen = {school.subjects[0], school.subjects[3],
+                                            school.subjects[5]};
+            // Every tutor and room, or some of them.
+            const int some = seed % 3 ? 8 : 4;
+            const auto fill = [&](ModMain::Scoring scoring) {
+                choose(school.target, chosen, periods, school.tutors.mid(8 - some),
+                       school.rooms.mid(0, some - 2), qint16(QList<int>{1, 2, 3, 5}[seed % 4]));
+                Common::Randomize(seed);
+                ModMain::FillProgress quiet;
+                QCOMPARE(ModMain::RunAutoFill(quiet, scoring), ModMain::FillOutcome::Finished);
+            };
+            // The prescribed statements fill a copy; the fast scoring must write the same rows.
+            ModMain::DB().DBClose();
+            const QString copy = school.env.path(QStringLiteral("statements.VNPL"));
+            QVERIFY(QFile::copy(school.file, copy));
+            QVERIFY(openQuick(school.env, copy));
+            fill(ModMain::Scoring::Statements);
+            ModMain::DB().DBClose();
+            QVERIFY(openQuick(school.env, school.file));
+            const auto before = bookings();
+            const QStringList taken = takenCells(school.target);
+            const auto counts = [&] {
+                return rows("SELECT SubjectID, COUNT(*) FROM SubjectSlot, Slot WHERE Slot.ID = "
+                            "SlotID AND TimetableID = %1 GROUP BY SubjectID ORDER BY SubjectID",
+                            school.target);
+            };
+            const QStringList countsBefore = counts();
+            fill(ModMain::Scoring::Index);
+            QVERIFY(errors.reports().isEmpty());
+            // No resource newly booked where it was, or twice.
+            const auto after = bookings();
+            for (auto it = after.cbegin(); it != after.cend(); ++it)
+                if (it.value() != before.value(it.key()))
+                    QVERIFY2(before.value(it.key()).isEmpty() && it.value().size() == 1,
+                             qPrintable(it.key()));
+            // Each chosen subject gained exactly the periods asked for.
+            QMap<QString, int> gained;
+            for (const QString& r : counts())
+                gained[r.section('|', 0, 0)] += r.section('|', 1).toInt();
+            for (const QString& r : countsBefore)
+                gained[r.section('|', 0, 0)] -= r.section('|', 1).toInt();
+            for (int i = 0; i < chosen.size(); ++i)
+                QCOMPARE(gained.take(QString::number(chosen[i])), periods[i]);
+            for (const int rest : gained)
+                QCOMPARE(rest, 0);
+            // Cells that had subjects kept every link.
+            for (const QString& cell : taken)
+                QVERIFY(takenCells(school.target).contains(cell));
+            // Where the empty cells fell, in the fill's order.
+            const QStringList order =
+                rows("SELECT (SELECT COUNT(*) FROM SubjectSlot, Slot WHERE SlotID = Slot.ID AND "
+                     "Slot.DayTitleID = DayTitle.ID AND Slot.TimeTitleID = TimeTitle.ID) FROM "
+                     "DayTitle, TimeTitle WHERE DayTitle.TimetableID = %1 AND "
+                     "TimeTitle.TimetableID = %1 ORDER BY DayTitle.ID, TimeTitle.ID",
+                     school.target);
+            for (int i = 0; i < order.size(); ++i)
+                if (order[i] == "0")
+                    ++(i < order.size() / 2 ? emptyEarly : emptyLate);
+            ModMain::DB().DBClose();
+            QVERIFY2(dump(school.file) == dump(copy), qPrintable(QString("school %1").arg(seed)));
+        }
+        // The empty entries are shuffled among the subjects, not left at the end.
+        QVERIFY2(emptyEarly * 3 > emptyLate && emptyLate * 3 > emptyEarly,
+                 qPrintable(QString("%1 empty early, %2 late").arg(emptyEarly).arg(emptyLate)));
+    }
+    void cancelAndFailure() {
+        GeneratedSchool school(3);
+        ErrorRecorder errors;
+        ModMain::DB().DBClose();
+        const QString original = dump(school.file);
+        QVERIFY(openQuick(school.env, school.file));
+        const auto fill = [&](qint32 periods, qint16 method, ModMain::FillProgress& progress) {
+            choose(school.target, {school.subjects[0]}, {periods}, school.tutors, school.rooms,
+                   method);
+            return ModMain::RunAutoFill(progress);
+        };
+        // How many pauses a whole run makes, counted on a copy.
+        struct Count : ModMain::FillProgress {
+            int n = 0;
+            bool yield() override { return ++n < 0; }
+        } count;
+        const QString copy = school.env.path("count.VNPL");
+        ModMain::DB().DBClose();
+        QVERIFY(QFile::copy(school.file, copy));
+        QVERIFY(openQuick(school.env, copy));
+        QCOMPARE(fill(school.freeCells(), 1, count), ModMain::FillOutcome::Finished);
+        QVERIFY(openQuick(school.env, school.file));
+        // Cancelled at the first pause, and at the last cells after most rows
+        // are written: nothing stays.
+        for (const int at : {1, count.n - 2}) {
+            CancelAt cancel(at);
+            QCOMPARE(fill(school.freeCells(), 1, cancel), ModMain::FillOutcome::Cancelled);
+            QVERIFY2(cancel.left == 0, "the run ended before it was cancelled");
+        }
+        // A method that is gone ends the run at once.
+        ModMain::FillProgress quiet;
+        QCOMPARE(fill(2, 99, quiet), ModMain::FillOutcome::Finished);
+        // More periods than free cells: reported, nothing written.
+        QCOMPARE(fill(school.freeCells() + 1, 1, quiet), ModMain::FillOutcome::Failed);
+        QCOMPARE(errors.reports().size(), 1);
+        QCOMPARE(errors.reports()[0].procedure + QString::number(errors.reports()[0].number),
+                 "DoAutoFill9");
+        // Another program holds the lock: refused in words before anything runs.
+        MessageRecorder boxes;
+        ModMain::DB().SetBusyTimeout(50);
+        sqlite3* other = nullptr;
+        QCOMPARE(sqlite3_open(school.file.toUtf8().constData(), &other), SQLITE_OK);
+        QCOMPARE(sqlite3_exec(other, "BEGIN IMMEDIATE;", nullptr, nullptr, nullptr), SQLITE_OK);
+        QCOMPARE(fill(2, 1, quiet), ModMain::FillOutcome::Refused);
+        QCOMPARE(boxes.texts(), QStringList{ProjectBusyText(school.file)});
+        sqlite3_exec(other, "ROLLBACK;", nullptr, nullptr, nullptr);
+        sqlite3_close(other);
+        ModMain::DB().DBClose();
+        QCOMPARE(dump(school.file), original);
+    }
+    void entryTexts() {
+        QCOMPARE(SubjectEntryText("Maths", 1), QString("Maths (fill 1 period)"));
+        QCOMPARE(SubjectEntryText("Maths", 12), QString("Maths (fill 12 periods)"));
+        QCOMPARE(SubjectEntryPeriods("Maths (fill 12 periods)"), 12);
+        QCOMPARE(SubjectEntryPeriods("Art (fill 2) (fill 3 periods)"), 3);
+        QCOMPARE(SubjectEntryPeriods("Maths"), 0);
+    }
+    void startChecks() {
+        {
+            WizardSchool school(false);
+            school.messages.answer(MsgResult::Yes);
+            QCOMPARE(school.run(), QString());
+            QCOMPARE(school.messages.texts(),
+                     QStringList{"You must create a class timetable before you can Auto Fill it. "
+                                 "Would you like to create a class timetable now?"});
+            QCOMPARE(school.loaded, QList<qint32>{-1});
+        }
+        WizardSchool school;
+        value("DELETE FROM Subject WHERE id <> 1");
         QCOMPARE(school.run(), QString());
         QCOMPARE(school.messages.texts(),
-                 QStringList{"You must create a class timetable before you can Auto Fill it. "
-                             "Would you like to create a class timetable now?"});
-        QCOMPARE(school.loaded, QList<qint32>{-1});
+                 QStringList{"No subjects exist to fill the timetable with. Please create some "
+                             "subjects to continue."});
     }
-    WizardSchool school;
-    value("DELETE FROM Subject WHERE id <> 1");
-    QCOMPARE(school.run(), QString());
-    QCOMPARE(school.messages.texts(),
-             QStringList{"No subjects exist to fill the timetable with. Please create some "
-                         "subjects to continue."});
-}
-
-void TestAutoFill::subjectsScreen() {
-    WizardSchool school;
-    const QString before = dump(school.file);
-    school.expect("Welcome", next);
-    school.expect("Timetable", next);
-    school.expect("Subjects", [&](QDialog* d) {
-        auto* subjects = control<QComboBox>(d, "cboSubjects");
-        auto* periods = control<QComboBox>(d, "cboPeriods");
-        const auto add = [&](const char* subject, const char* n) {
-            subjects->setCurrentText(subject);
-            periods->setCurrentText(n);
-            control<QPushButton>(d, "cmdAdd")->click();
-        };
-        auto* list = control<QListWidget>(d, "lstIncludeSubjects");
-        const auto shown = [&] {
-            return texts(list) << control<QLabel>(d, "lblPeriodsAvailable")->text()
-                               << control<QLabel>(d, "lblPeriodsFilled")->text();
-        };
-        QCOMPARE(shown(), (QStringList{"5", "1"}));
-        add("Maths", "2");
-        add("Maths", "1");
-        QCOMPARE(shown(), (QStringList{"Maths (fill 3 periods)", "2", "4"}));
-        add("Music", "3");
-        add("Maths", "3");
-        press("cmdRemove")(d);
-        QCOMPARE(school.messages.texts(),
-                 (QStringList{"Their is not enough room to add this Subject. To add this "
-                              "Subject, first remove some existing entries.",
-                              "Their is not enough space to add this Subject. To add this "
-                              "Subject, first remove some existing Subjects.",
-                              "Please select an item to remove."}));
-        // Add All goes Art, Maths, Music, and stops at Music, keeping the rest.
-        periods->setCurrentText("1");
-        school.messages.clear();
-        press("cmdAddAll")(d);
-        QCOMPARE(shown(), (QStringList{"Maths (fill 4 periods)", "Art (fill 1 period)", "0", "6"}));
-        QCOMPARE(school.messages.texts().size(), 1);
-        list->setCurrentRow(0);
-        press("cmdRemove")(d);
-        QCOMPARE(shown(), (QStringList{"Art (fill 1 period)", "4", "2"}));
-        next(d);
-    });
-    school.expect("Tutors", back);
-    school.expect("Subjects", [&](QDialog* d) {
-        // The choices come back, counted out of the free periods.
-        QCOMPARE(control<QLabel>(d, "lblPeriodsAvailable")->text(), QString("4"));
-        auto* list = control<QListWidget>(d, "lstIncludeSubjects");
-        QCOMPARE(list->count(), 1);
-        while (list->count()) {
-            list->setCurrentRow(0);
-            press("cmdRemove")(d);
-        }
-        school.messages.clear();
-        next(d);
-        QCOMPARE(school.messages.texts(),
-                 QStringList{"Please select some Subjects to fill the timetable with."});
-        cancel(d);
-    });
-    QCOMPARE(school.run(), QString());
-    ModMain::DB().DBClose();
-    QCOMPARE(dump(school.file), before);
-}
-
-void TestAutoFill::backRestoresTutorsAndRooms() {
-    WizardSchool school;
-    // Later Maths gets Ann as its teacher; Music has none.
-    const QString maths = value("SELECT id FROM Subject WHERE name = 'Maths'");
-    const QString ann = value("SELECT id FROM Tutor WHERE name = 'Ann'");
-    school.expect("Welcome", next);
-    school.expect("Timetable", next);
-    school.expect("Subjects", [](QDialog* d) {
-        control<QComboBox>(d, "cboSubjects")->setCurrentText("Music");
-        press("cmdAdd")(d);
-        next(d);
-    });
-    school.expect("Tutors", [](QDialog* d) {
-        QCOMPARE(selected(d, "lstTutors"), (QStringList{"Ann", "Bob"}));
-        select(d, "lstTutors", {"Bob"});
-        next(d);
-    });
-    school.expect("Rooms", [](QDialog* d) {
-        QCOMPARE(selected(d, "lstRooms"), (QStringList{"Hall", "Lab"}));
-        select(d, "lstRooms", {"Lab"});
-        next(d);
-    });
-    school.expect("Method", back);
-    school.expect("Rooms", [](QDialog* d) {
-        QCOMPARE(selected(d, "lstRooms"), QStringList{"Lab"});
-        back(d);
-    });
-    school.expect("Tutors", [](QDialog* d) {
-        QCOMPARE(selected(d, "lstTutors"), QStringList{"Bob"});
-        back(d);
-    });
-    school.expect("Subjects", [&](QDialog* d) {
-        value("INSERT INTO SubjectsTaughtByTutor (TutorID, SubjectID) VALUES (%1, %2)", ann, maths);
-        control<QComboBox>(d, "cboSubjects")->setCurrentText("Maths");
-        press("cmdAdd")(d);
-        next(d);
-    });
-    school.expect("Tutors", [](QDialog* d) {
-        // Music, first in the list, has no teachers; Maths has Ann, and the
-        // teachers of a chosen subject outweigh the earlier choice of Bob.
-        QCOMPARE(selected(d, "lstTutors"), QStringList{"Ann"});
-        cancel(d);
-    });
-    QCOMPARE(school.run(), QString());
-}
-
-void TestAutoFill::cancelOnEveryScreenWritesNothing() {
-    for (int last = 1; last <= 7; ++last) {
+    void subjectsScreen() {
         WizardSchool school;
         const QString before = dump(school.file);
-        const char* names[] = {"Welcome", "Timetable", "Subjects", "Tutors",
-                               "Rooms",   "Method",    "Complete"};
-        for (int i = 0; i < last; ++i) {
-            Step step = i + 1 == last ? cancel : next;
-            if (i == 2 && i + 1 != last)
-                step = [](QDialog* d) {
-                    press("cmdAddAll")(d);
-                    next(d);
-                };
-            school.expect(names[i], step);
-        }
+        school.expect("Welcome", next);
+        school.expect("Timetable", next);
+        school.expect("Subjects", [&](QDialog* d) {
+            auto* subjects = control<QComboBox>(d, "cboSubjects");
+            auto* periods = control<QComboBox>(d, "cboPeriods");
+            const auto add = [&](const char* subject, const char* n) {
+                subjects->setCurrentText(subject);
+                periods->setCurrentText(n);
+                control<QPushButton>(d, "cmdAdd")->click();
+            };
+            auto* list = control<QListWidget>(d, "lstIncludeSubjects");
+            const auto shown = [&] {
+                return texts(list) << control<QLabel>(d, "lblPeriodsAvailable")->text()
+                                   << control<QLabel>(d, "lblPeriodsFilled")->text();
+            };
+            QCOMPARE(shown(), (QStringList{"5", "1"}));
+            add("Maths", "2");
+            add("Maths", "1");
+            QCOMPARE(shown(), (QStringList{"Maths (fill 3 periods)", "2", "4"}));
+            add("Music", "3");
+            add("Maths", "3");
+            press("cmdRemove")(d);
+            QCOMPARE(school.messages.texts(),
+                     (QStringList{"Their is not enough room to add this Subject. To add this "
+                                  "Subject, first remove some existing entries.",
+                                  "Their is not enough space to add this Subject. To add this "
+                                  "Subject, first remove some existing Subjects.",
+                                  "Please select an item to remove."}));
+            // Add All goes Art, Maths, Music, and stops at Music, keeping the rest.
+            periods->setCurrentText("1");
+            school.messages.clear();
+            press("cmdAddAll")(d);
+            QCOMPARE(shown(),
+                     (QStringList{"Maths (fill 4 periods)", "Art (fill 1 period)", "0", "6"}));
+            QCOMPARE(school.messages.texts().size(), 1);
+            list->setCurrentRow(0);
+            press("cmdRemove")(d);
+            QCOMPARE(shown(), (QStringList{"Art (fill 1 period)", "4", "2"}));
+            next(d);
+        });
+        school.expect("Tutors", back);
+        school.expect("Subjects", [&](QDialog* d) {
+            // The choices come back, counted out of the free periods.
+            QCOMPARE(control<QLabel>(d, "lblPeriodsAvailable")->text(), QString("4"));
+            auto* list = control<QListWidget>(d, "lstIncludeSubjects");
+            QCOMPARE(list->count(), 1);
+            while (list->count()) {
+                list->setCurrentRow(0);
+                press("cmdRemove")(d);
+            }
+            school.messages.clear();
+            next(d);
+            QCOMPARE(school.messages.texts(),
+                     QStringList{"Please select some Subjects to fill the timetable with."});
+            cancel(d);
+        });
         QCOMPARE(school.run(), QString());
-        QVERIFY(school.loaded.isEmpty());
         ModMain::DB().DBClose();
-        QVERIFY2(dump(school.file) == before, names[last - 1]);
+        QCOMPARE(dump(school.file), before);
     }
-}
-
-void TestAutoFill::wholeRun() {
-    WizardSchool school;
-    school.expect("Welcome", next);
-    school.expect("Timetable", [](QDialog* d) {
-        QCOMPARE(control<QComboBox>(d, "cboWho")->currentText(), QString("7A"));
-        next(d);
-    });
-    school.expect("Subjects", [](QDialog* d) {
-        control<QComboBox>(d, "cboPeriods")->setCurrentText("2");
-        control<QComboBox>(d, "cboSubjects")->setCurrentText("Music");
-        press("cmdAdd")(d);
-        control<QComboBox>(d, "cboSubjects")->setCurrentText("Maths");
-        press("cmdAdd")(d);
-        next(d);
-    });
-    school.expect("Tutors", next);
-    school.expect("Rooms", next);
-    school.expect("Method", [](QDialog* d) {
-        QCOMPARE(control<QComboBox>(d, "cboMethod")->count(), 4);
-        QCOMPARE(control<QComboBox>(d, "cboMethod")->currentText(),
-                 QString("Spread subjects across the week"));
-        control<QComboBox>(d, "cboMethod")->setCurrentText("Fewest room changes");
-        next(d);
-    });
-    school.expect("Complete", next);
-    school.driver.expect("frmAutoFill_Progress", [](QDialog* d) {
-        QTRY_COMPARE_WITH_TIMEOUT(control<QLabel>(d, "Label2")->text(), QString("Finished."),
-                                  20000);
-        auto* button = control<QPushButton>(d, "cmdCancel");
-        QCOMPARE(button->text(), QString("Done"));
-        QCOMPARE(control<QProgressBar>(d, "ProgressBar1")->value(), 11);
-        button->click();
-    });
-    QCOMPARE(school.run(), QString());
-    QCOMPARE(school.loaded, QList<qint32>{school.tt});
-    QCOMPARE(AutoFill::state().AutoFill_MethodID,
-             qint16(value("SELECT id FROM Method WHERE name = 'Fewest room changes'").toInt()));
-    QCOMPARE(rows("SELECT Subject.name, COUNT(*) FROM SubjectSlot, Slot, Subject WHERE Slot.ID = "
-                  "SlotID AND Subject.ID = SubjectID AND TimetableID = %1 GROUP BY 1 ORDER BY 1",
-                  school.tt),
-             (QStringList{"Art|1", "Maths|2", "Music|2"}));
-    // Every filled cell got a tutor and a room; none is booked twice.
-    QCOMPARE(value("SELECT COUNT(*) FROM TutorSlot"), QString("4"));
-    QCOMPARE(value("SELECT COUNT(*) FROM RoomSlot"), QString("4"));
-    QVERIFY(school.errors.reports().isEmpty());
-}
-
-void TestAutoFill::fillMethods() {
-    WizardSchool school;
-    const QStringList names = {"Double lessons (subjects together)", "Fewest room changes",
-                               "Spread subjects across the week", "Spread tutors and rooms apart"};
-    frmDefineFillMethods dialog;
-    auto* list = control<QListWidget>(&dialog, "lstItems");
-    QCOMPARE(texts(list), names);
-
-    // Nothing chosen: Edit and Remove ask for a method.
-    press("cmdEdit")(&dialog);
-    press("cmdRemove")(&dialog);
-    const QString none = "No method has been selected. Please select a method to continue.";
-    QCOMPARE(school.messages.texts(), (QStringList{none, none}));
-
-    // Add one with an apostrophe; it comes back selected, its values kept.
-    school.driver.expect("frmAutoFillMethod", [](QDialog* d) {
-        control<QLineEdit>(d, "txtName")->setText("Mrs O'Brien's week");
-        control<QSlider>(d, "sSubject")->setValue(9);
-        control<QSlider>(d, "sRoom")->setValue(0);
-        press("cmdOK")(d);
-    });
-    QCOMPARE(school.driver.run([&] { press("cmdAdd")(&dialog); }), QString());
-    QCOMPARE(list->currentItem()->text(), QString("Mrs O'Brien's week"));
-    const qint32 id = list->currentItem()->data(Qt::UserRole).toInt();
-    const auto method = ModMain::ReadMethod(id);
-    QVERIFY(method);
-    QCOMPARE(method->name, QString("Mrs O'Brien's week"));
-    QCOMPARE((QList<int>{method->TutorSet, method->RoomSet, method->SubjectSet, method->ClassSet}),
-             (QList<int>{5, 0, 9, 5}));
-
-    // Cancel on the details writes nothing; No keeps the method; Yes removes it.
-    const QString before = dump(school.file);
-    school.driver.expect("frmAutoFillMethod", [](QDialog* d) {
-        control<QLineEdit>(d, "txtName")->setText("changed");
-        press("cmdCancel")(d);
-    });
-    QCOMPARE(school.driver.run([&] { press("cmdEdit")(&dialog); }), QString());
-    school.messages.answer(MsgResult::No);
-    press("cmdRemove")(&dialog);
-    QCOMPARE(dump(school.file), before);
-    school.messages.answer(MsgResult::Yes);
-    press("cmdRemove")(&dialog);
-    QCOMPARE(texts(list), names);
-    QVERIFY(!ModMain::ReadMethod(id));
-}
+    void backRestoresTutorsAndRooms() {
+        WizardSchool school;
+        // Later Maths gets Ann as its teacher; Music has none.
+        const QString maths = value("SELECT id FROM Subject WHERE name = 'Maths'");
+        const QString ann = value("SELECT id FROM Tutor WHERE name = 'Ann'");
+        school.expect("Welcome", next);
+        school.expect("Timetable", next);
+        school.expect("Subjects", [](QDialog* d) {
+            control<QComboBox>(d, "cboSubjects")->setCurrentText("Music");
+            press("cmdAdd")(d);
+            next(d);
+        });
+        school.expect("Tutors", [](QDialog* d) {
+            QCOMPARE(selected(d, "lstTutors"), (QStringList{"Ann", "Bob"}));
+            select(d, "lstTutors", {"Bob"});
+            next(d);
+        });
+        school.expect("Rooms", [](QDialog* d) {
+            QCOMPARE(selected(d, "lstRooms"), (QStringList{"Hall", "Lab"}));
+            select(d, "lstRooms", {"Lab"});
+            next(d);
+        });
+        school.expect("Method", back);
+        school.expect("Rooms", [](QDialog* d) {
+            QCOMPARE(selected(d, "lstRooms"), QStringList{"Lab"});
+            back(d);
+        });
+        school.expect("Tutors", [](QDialog* d) {
+            QCOMPARE(selected(d, "lstTutors"), QStringList{"Bob"});
+            back(d);
+        });
+        school.expect("Subjects", [&](QDialog* d) {
+            value("INSERT INTO SubjectsTaughtByTutor (TutorID, SubjectID) VALUES (%1, %2)", ann,
+                  maths);
+            control<QComboBox>(d, "cboSubjects")->setCurrentText("Maths");
+            press("cmdAdd")(d);
+            next(d);
+        });
+        school.expect("Tutors", [](QDialog* d) {
+            // Music, first in the list, has no teachers; Maths has Ann, and the
+            // teachers of a chosen subject outweigh the earlier choice of Bob.
+            QCOMPARE(selected(d, "lstTutors"), QStringList{"Ann"});
+            cancel(d);
+        });
+        QCOMPARE(school.run(), QString());
+    }
+    void cancelOnEveryScreenWritesNothing() {
+        for (int last = 1; last <= 7; ++last) {
+            WizardSchool school;
+            const QString before = dump(school.file);
+            const char* names[] = {"Welcome", "Timetable", "Subjects", "Tutors",
+                                   "Rooms",   "Method",    "Complete"};
+            for (int i = 0; i < last; ++i) {
+                Step step = i + 1 == last ? cancel : next;
+                if (i == 2 && i + 1 != last)
+                    step = [](QDialog* d) {
+                        press("cmdAddAll")(d);
+                        next(d);
+                    };
+                school.expect(names[i], step);
+            }
+            QCOMPARE(school.run(), QString());
+            QVERIFY(school.loaded.isEmpty());
+            ModMain::DB().DBClose();
+            QVERIFY2(dump(school.file) == before, names[last - 1]);
+        }
+    }
+    void wholeRun() {
+        WizardSchool school;
+        school.expect("Welcome", next);
+        school.expect("Timetable", [](QDialog* d) {
+            QCOMPARE(control<QComboBox>(d, "cboWho")->currentText(), QString("7A"));
+            next(d);
+        });
+        school.expect("Subjects", [](QDialog* d) {
+            control<QComboBox>(d, "cboPeriods")->setCurrentText("2");
+            control<QComboBox>(d, "cboSubjects")->setCurrentText("Music");
+            press("cmdAdd")(d);
+            control<QComboBox>(d, "cboSubjects")->setCurrentText("Maths");
+            press("cmdAdd")(d);
+            next(d);
+        });
+        school.expect("Tutors", next);
+        school.expect("Rooms", next);
+        school.expect("Method", [](QDialog* d) {
+            QCOMPARE(control<QComboBox>(d, "cboMethod")->count(), 4);
+            QCOMPARE(control<QComboBox>(d, "cboMethod")->currentText(),
+                     QString("Spread subjects across the week"));
+            control<QComboBox>(d, "cboMethod")->setCurrentText("Fewest room changes");
+            next(d);
+        });
+        school.expect("Complete", next);
+        school.driver.expect("frmAutoFill_Progress", [](QDialog* d) {
+            QTRY_COMPARE_WITH_TIMEOUT(control<QLabel>(d, "Label2")->text(), QString("Finished."),
+                                      20000);
+            auto* button = control<QPushButton>(d, "cmdCancel");
+            QCOMPARE(button->text(), QString("Done"));
+            QCOMPARE(control<QProgressBar>(d, "ProgressBar1")->value(), 11);
+            button->click();
+        });
+        QCOMPARE(school.run(), QString());
+        QCOMPARE(school.loaded, QList<qint32>{school.tt});
+        QCOMPARE(AutoFill::state().AutoFill_MethodID,
+                 qint16(value("SELECT id FROM Method WHERE name = 'Fewest room changes'").toInt()));
+        QCOMPARE(
+            rows("SELECT Subject.name, COUNT(*) FROM SubjectSlot, Slot, Subject WHERE Slot.ID = "
+                 "SlotID AND Subject.ID = SubjectID AND TimetableID = %1 GROUP BY 1 ORDER BY 1",
+                 school.tt),
+            (QStringList{"Art|1", "Maths|2", "Music|2"}));
+        // Every filled cell got a tutor and a room; none is booked twice.
+        QCOMPARE(
+            value("SELECT (SELECT COUNT(*) FROM TutorSlot) || (SELECT COUNT(*) FROM RoomSlot)"),
+            QString("44"));
+        QVERIFY(school.errors.reports().isEmpty());
+    }
+    void fillMethods() {
+        WizardSchool school;
+        const QStringList names = {"Double lessons (subjects together)", "Fewest room changes",
+                                   "Spread subjects across the week",
+                                   "Spread tutors and rooms apart"};
+        frmDefineFillMethods dialog;
+        auto* list = control<QListWidget>(&dialog, "lstItems");
+        QCOMPARE(texts(list), names);
+        // Nothing chosen: Edit and Remove ask for a method.
+        press("cmdEdit")(&dialog);
+        press("cmdRemove")(&dialog);
+        const QString none = "No method has been selected. Please select a method to continue.";
+        QCOMPARE(school.messages.texts(), (QStringList{none, none}));
+        // Add one with an apostrophe; it comes back selected, its values kept.
+        school.driver.expect("frmAutoFillMethod", [](QDialog* d) {
+            control<QLineEdit>(d, "txtName")->setText("Mrs O'Brien's week");
+            control<QSlider>(d, "sSubject")->setValue(9);
+            control<QSlider>(d, "sRoom")->setValue(0);
+            press("cmdOK")(d);
+        });
+        QCOMPARE(school.driver.run([&] { press("cmdAdd")(&dialog); }), QString());
+        QCOMPARE(list->currentItem()->text(), QString("Mrs O'Brien's week"));
+        const qint32 id = list->currentItem()->data(Qt::UserRole).toInt();
+        const auto method = ModMain::ReadMethod(id);
+        QVERIFY(method);
+        QCOMPARE(method->name + QString::asprintf(" %d %d %d %d", method->TutorSet, method->RoomSet,
+                                                  method->SubjectSet, method->ClassSet),
+                 QString("Mrs O'Brien's week 5 0 9 5"));
+        // Cancel on the details writes nothing; No keeps the method; Yes removes it.
+        const QString before = dump(school.file);
+        school.driver.expect("frmAutoFillMethod", [](QDialog* d) {
+            control<QLineEdit>(d, "txtName")->setText("changed");
+            press("cmdCancel")(d);
+        });
+        QCOMPARE(school.driver.run([&] { press("cmdEdit")(&dialog); }), QString());
+        school.messages.answer(MsgResult::No);
+        press("cmdRemove")(&dialog);
+        QCOMPARE(dump(school.file), before);
+        school.messages.answer(MsgResult::Yes);
+        press("cmdRemove")(&dialog);
+        QCOMPARE(texts(list), names);
+        QVERIFY(!ModMain::ReadMethod(id));
+    }
+};
 
 QTEST_MAIN(TestAutoFill)
 #include "test_autofill.moc"

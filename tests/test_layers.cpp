@@ -2,11 +2,7 @@
 // layers below it. Reading the includes keeps the architecture honest as the
 // program grows: a back-include fails here, naming the file and line.
 
-#include <QDirIterator>
-#include <QFile>
-#include <QHash>
-#include <QRegularExpression>
-#include <QSet>
+#include <QtCore>
 #include <QtTest>
 
 namespace {
@@ -71,7 +67,6 @@ private Q_SLOTS:
         const QStringList faults = backIncludes(QStringLiteral(VANTOR_SOURCE_DIR "/src"));
         QVERIFY2(faults.isEmpty(), qPrintable(faults.join(QLatin1Char('\n'))));
     }
-
     void aBackIncludeIsFound() {
         // The check itself must see a fault planted in a copy of a layer.
         QTemporaryDir dir;

@@ -7,14 +7,8 @@
 #include "store/Records.h"
 #include "support/Fixtures.h"
 
-#include <QCheckBox>
-#include <QLineEdit>
-#include <QProcess>
-#include <QPushButton>
-#include <QRegularExpression>
-#include <QTextDocument>
-#include <QToolButton>
 #include <QtTest>
+#include <QtWidgets>
 
 using namespace Fixtures;
 
@@ -71,176 +65,152 @@ QString pdfText(const QString& pdf) {
 class TestPrint : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void layout_data();
-    void layout();
-    void html();
-    void pdfHoldsTheText();
-    void commandLine();
-    void previewDialog();
+    void layout_data() {
+        QTest::addColumn<bool>("timeOnTop");
+        QTest::addColumn<bool>("twelveHour");
+        QTest::addColumn<QString>("format");
+        const QString lesson = "Ms Świątek\nMaths\nLab";
+        QTest::newRow("periods across, 24-hour")
+            << true << false
+            << "^|11:00 - 12:00|Lunch|13:00 - 14:00;Monday|" + lesson + "||;Tuesday|||";
+        QTest::newRow("days across, 12-hour")
+            << false << true
+            << "^|Monday|Tuesday;11:00 - 12:00|" + lesson + "|;Lunch||;1:00 - 2:00||";
+    }
+    void layout() {
+        QFETCH(bool, timeOnTop);
+        QFETCH(bool, twelveHour);
+        QFETCH(QString, format);
+        School s;
+        ModMain::SaveTimetableFormat(s.klass, twelveHour, timeOnTop);
+        const ModMain::PrintedTimetable t = ModMain::PrintTimetable(s.klass);
+        QCOMPARE(t.title, QString("Class 7A & \"B\" <x>"));
+        QCOMPARE(t.FormatString(), format);
+        QCOMPARE(t.cells.size(), t.rowHeadings.size());
+        QCOMPARE(ModMain::PrintTimetable(9999).id, 0);
+    }
+    void html() {
+        School s;
+        const QString html = Print::TimetablesHtml(
+            {ModMain::PrintTimetable(s.klass), ModMain::PrintTimetable(s.room)});
+        QVERIFY(html.contains("<meta charset=\"utf-8\">"));
+        QVERIFY(html.contains("<h1>Class 7A &amp; &quot;B&quot; &lt;x&gt;</h1>"));
+        QVERIFY(html.contains("<td>Ms Świątek<br>Maths<br>Lab</td>"));
+        QVERIFY(!html.contains("<x>"));
+        QCOMPARE(html.count("<section>"), 2);
+        // Escaped text comes back intact.
+        QTextDocument doc;
+        doc.setHtml(html);
+        QVERIFY(doc.toPlainText().contains("Class 7A & \"B\" <x>"));
+    }
+    void pdfHoldsTheText() {
+        School s;
+        for (const auto layout : {Print::Layout::SizeToFit, Print::Layout::Columns3}) {
+            Print::PageOptions options;
+            options.layout = layout;
+            const QString pdf = s.env.path("out.pdf");
+            QCOMPARE(Print::WritePdf(
+                         pdf, {ModMain::PrintTimetable(s.klass), ModMain::PrintTimetable(s.room)},
+                         options),
+                     QString());
+            const QString text = pdfText(pdf);
+            for (const char* expected : {"Class 7A & \"B\" <x>", "Room Lab", "Monday", "Tuesday",
+                                         "11:00 - 12:00", "Lunch", "Ms Świątek", "Maths"})
+                QVERIFY2(text.contains(QString::fromUtf8(expected)), expected);
+        }
+    }
+    void commandLine() {
+        School s;
+        ModMain::DB().DBClose();
+        const QString before = dump(s.file);
+        const QString out = s.env.path("all.html");
+        // Every timetable once, in the project's order; nothing in it changed.
+        Run r = program(s.env, {"--export-html", out, "--all", s.file});
+        QCOMPARE(r.status, 0);
+        const QString html = QString::fromUtf8(readFile(out));
+        QRegularExpression h1("<h1>(.*?)</h1>");
+        QStringList titles;
+        for (auto m = h1.globalMatch(html); m.hasNext();)
+            titles << m.next().captured(1);
+        QCOMPARE(titles, (QStringList{"Class 7A &amp; &quot;B&quot; &lt;x&gt;", "Room Lab"}));
+        QCOMPARE(dump(s.file), before);
+        r = program(s.env,
+                    {"--export-pdf", s.env.path("lab.pdf"), "--timetable", "Room Lab", s.file});
+        QCOMPARE(r.status, 0);
+        QVERIFY(pdfText(s.env.path("lab.pdf")).contains("Room Lab"));
+        QVERIFY(!pdfText(s.env.path("lab.pdf")).contains("Maths"));
+        const QString empty = s.env.newProject("empty.VNPL");
+        const QString text = writeFile(s.env.path("notes.VNPL"), "not a project");
+        const struct {
+            QStringList args;
+            int status;
+            const char* says;
+        } bad[] = {
+            {{"--export-pdf", out, s.env.path("missing.VNPL")}, 1, "There is no project file"},
+            {{"--export-pdf", out, text}, 1, "Unable to open project file"},
+            {{"--export-pdf", out, empty}, 1, "has no timetables to export"},
+            {{"--export-pdf", out, "--timetable", "Class 9Z", s.file},
+             1,
+             "has no timetable called \"Class 9Z\". Its timetables are: Class 7A"},
+            {{"--export-html", s.env.path("no/such/dir/x.html"), s.file}, 1, "cannot be written"},
+            {{"--export-pdf"}, 2, "--export-pdf needs a value"},
+            {{"--all", s.file}, 2, "go with an export"},
+            {{"--export-pdf", out}, 2, "name the project"},
+        };
+        for (const auto& b : bad) {
+            r = program(s.env, b.args);
+            QVERIFY2(
+                r.status == b.status && r.err.contains(b.says),
+                qPrintable(b.args.join(' ') + " -> " + QString::number(r.status) + " " + r.err));
+        }
+        QCOMPARE(dump(s.file), before);
+        r = program(s.env, {"--help"});
+        QVERIFY(r.out.contains("--export-pdf OUT") && r.out.contains("--timetable NAME"));
+    }
+    void previewDialog() {
+        School s;
+        FileDialogRecorder files;
+        frmPrintPreview d(s.klass);
+        QCOMPARE(texts(d.cboPrintTo), (QStringList{"Printer", "HTML", "PDF"}));
+        QCOMPARE(d.tables().size(), 1);
+        // Laid out again for each change of what or how, not for the guides.
+        int layouts = d.layouts();
+        const auto relaidOut = [&] {
+            const bool again = d.layouts() == layouts + 1;
+            layouts = d.layouts();
+            return again;
+        };
+        d.cboOrientation->setCurrentIndex(1);
+        QVERIFY(relaidOut());
+        QCOMPARE(d.options().orientation, QPageLayout::Landscape);
+        d.cboToPrint->setCurrentIndex(1);
+        QVERIFY(relaidOut());
+        QCOMPARE(d.tables().size(), 2);
+        d.updownColumnWidthUp->click();
+        QVERIFY(relaidOut());
+        QCOMPARE(d.txtColumnWidth->text(), QString("1500"));
+        d.updownRowHeightDown->click();
+        QVERIFY(relaidOut());
+        QCOMPARE(d.options().rowHeight, 800);
+        d.chkShowGuides->toggle();
+        QCOMPARE(d.layouts(), layouts);
+        // Three columns of two days give each timetable a wider column.
+        d.cboLayout->setCurrentIndex(2);
+        QVERIFY(relaidOut());
+        QCOMPARE(d.txtColumnWidth->text(), QString("1500"));
+        // Print to HTML and to PDF write what the preview shows.
+        d.cboPrintTo->setCurrentIndex(frmPrintPreview::ToHtml);
+        files.choose(s.env.path("week.html"));
+        d.cmdPrint->click();
+        QCOMPARE(QString::fromUtf8(readFile(s.env.path("week.html"))).count("<section>"), 2);
+        d.cboPrintTo->setCurrentIndex(frmPrintPreview::ToPdf);
+        files.choose(s.env.path("week.pdf"));
+        d.cmdPrint->click();
+        QVERIFY(pdfText(s.env.path("week.pdf")).contains("Room Lab"));
+        files.cancel();
+        d.cmdPrint->click();
+    }
 };
-
-void TestPrint::layout_data() {
-    QTest::addColumn<bool>("timeOnTop");
-    QTest::addColumn<bool>("twelveHour");
-    QTest::addColumn<QString>("format");
-    const QString times24 = "11:00 - 12:00|Lunch|13:00 - 14:00";
-    const QString times12 = "11:00 - 12:00|Lunch|1:00 - 2:00";
-    const QString lesson = "Ms Świątek\nMaths\nLab";
-    QTest::newRow("periods across, 24-hour")
-        << true << false << "^|" + times24 + ";Monday|" + lesson + "||;Tuesday|||";
-    QTest::newRow("periods across, 12-hour")
-        << true << true << "^|" + times12 + ";Monday|" + lesson + "||;Tuesday|||";
-    QTest::newRow("days across, 24-hour")
-        << false << false
-        << "^|Monday|Tuesday;11:00 - 12:00|" + lesson + "|;Lunch||;13:00 - 14:00||";
-    QTest::newRow("days across, 12-hour")
-        << false << true << "^|Monday|Tuesday;11:00 - 12:00|" + lesson + "|;Lunch||;1:00 - 2:00||";
-}
-
-void TestPrint::layout() {
-    QFETCH(bool, timeOnTop);
-    QFETCH(bool, twelveHour);
-    QFETCH(QString, format);
-    School s;
-    ModMain::SaveTimetableFormat(s.klass, twelveHour, timeOnTop);
-    const ModMain::PrintedTimetable t = ModMain::PrintTimetable(s.klass);
-    QCOMPARE(t.title, QString("Class 7A & \"B\" <x>"));
-    QCOMPARE(t.FormatString(), format);
-    QCOMPARE(t.cells.size(), t.rowHeadings.size());
-    QCOMPARE(ModMain::PrintTimetable(9999).id, 0);
-}
-
-void TestPrint::html() {
-    School s;
-    const QString html =
-        Print::TimetablesHtml({ModMain::PrintTimetable(s.klass), ModMain::PrintTimetable(s.room)});
-    QVERIFY(html.contains("<meta charset=\"utf-8\">"));
-    QVERIFY(html.contains("<h1>Class 7A &amp; &quot;B&quot; &lt;x&gt;</h1>"));
-    QVERIFY(html.contains("<td>Ms Świątek<br>Maths<br>Lab</td>"));
-    QVERIFY(!html.contains("<x>"));
-    QCOMPARE(html.count("<section>"), 2);
-    // Escaped text comes back intact.
-    QTextDocument doc;
-    doc.setHtml(html);
-    QVERIFY(doc.toPlainText().contains("Class 7A & \"B\" <x>"));
-}
-
-void TestPrint::pdfHoldsTheText() {
-    School s;
-    for (const auto layout : {Print::Layout::SizeToFit, Print::Layout::Columns3}) {
-        Print::PageOptions options;
-        options.layout = layout;
-        const QString pdf = s.env.path("out.pdf");
-        QCOMPARE(
-            Print::WritePdf(
-                pdf, {ModMain::PrintTimetable(s.klass), ModMain::PrintTimetable(s.room)}, options),
-            QString());
-        const QString text = pdfText(pdf);
-        for (const char* expected : {"Class 7A & \"B\" <x>", "Room Lab", "Monday", "Tuesday",
-                                     "11:00 - 12:00", "Lunch", "Ms Świątek", "Maths"})
-            QVERIFY2(text.contains(QString::fromUtf8(expected)), expected);
-    }
-}
-
-void TestPrint::commandLine() {
-    School s;
-    ModMain::DB().DBClose();
-    const QString before = dump(s.file);
-    const QString out = s.env.path("all.html");
-
-    // Every timetable once, in the project's order; nothing in it changed.
-    Run r = program(s.env, {"--export-html", out, "--all", s.file});
-    QCOMPARE(r.status, 0);
-    const QString html = QString::fromUtf8(readFile(out));
-    QRegularExpression h1("<h1>(.*?)</h1>");
-    QStringList titles;
-    for (auto m = h1.globalMatch(html); m.hasNext();)
-        titles << m.next().captured(1);
-    QCOMPARE(titles, (QStringList{"Class 7A &amp; &quot;B&quot; &lt;x&gt;", "Room Lab"}));
-    QCOMPARE(dump(s.file), before);
-
-    r = program(s.env, {"--export-pdf", s.env.path("lab.pdf"), "--timetable", "Room Lab", s.file});
-    QCOMPARE(r.status, 0);
-    QVERIFY(pdfText(s.env.path("lab.pdf")).contains("Room Lab"));
-    QVERIFY(!pdfText(s.env.path("lab.pdf")).contains("Maths"));
-
-    const QString empty = s.env.newProject("empty.VNPL");
-    const QString text = writeFile(s.env.path("notes.VNPL"), "not a project");
-    const struct {
-        QStringList args;
-        int status;
-        const char* says;
-    } bad[] = {
-        {{"--export-pdf", out, s.env.path("missing.VNPL")}, 1, "There is no project file"},
-        {{"--export-pdf", out, text}, 1, "Unable to open project file"},
-        {{"--export-pdf", out, empty}, 1, "has no timetables to export"},
-        {{"--export-pdf", out, "--timetable", "Class 9Z", s.file},
-         1,
-         "has no timetable called \"Class 9Z\". Its timetables are: Class 7A"},
-        {{"--export-html", s.env.path("no/such/dir/x.html"), s.file}, 1, "cannot be written"},
-        {{"--export-pdf"}, 2, "--export-pdf needs a value"},
-        {{"--all", s.file}, 2, "go with an export"},
-        {{"--export-pdf", out}, 2, "name the project"},
-    };
-    for (const auto& b : bad) {
-        r = program(s.env, b.args);
-        QVERIFY2(r.status == b.status && r.err.contains(b.says),
-                 qPrintable(b.args.join(' ') + " -> " + QString::number(r.status) + " " + r.err));
-    }
-    QCOMPARE(dump(s.file), before);
-    r = program(s.env, {"--help"});
-    QVERIFY(r.out.contains("--export-pdf OUT") && r.out.contains("--timetable NAME"));
-}
-
-void TestPrint::previewDialog() {
-    School s;
-    FileDialogRecorder files;
-    frmPrintPreview d(s.klass);
-    QCOMPARE(texts(d.cboLayout),
-             (QStringList{"Size to fit page", "2 Columns", "3 Columns", "4 Columns"}));
-    QCOMPARE(texts(d.cboOrientation), (QStringList{"Portrait", "Landscape"}));
-    QCOMPARE(texts(d.cboToPrint), (QStringList{"Current timetable", "All timetables"}));
-    QCOMPARE(texts(d.cboPrintTo), (QStringList{"Printer", "HTML", "PDF"}));
-    QCOMPARE(d.tables().size(), 1);
-
-    // Laid out again for each change of what or how, not for the guides.
-    int layouts = d.layouts();
-    const auto relaidOut = [&] {
-        const bool again = d.layouts() == layouts + 1;
-        layouts = d.layouts();
-        return again;
-    };
-    d.cboOrientation->setCurrentIndex(1);
-    QVERIFY(relaidOut());
-    QCOMPARE(d.options().orientation, QPageLayout::Landscape);
-    d.cboToPrint->setCurrentIndex(1);
-    QVERIFY(relaidOut());
-    QCOMPARE(d.tables().size(), 2);
-    d.updownColumnWidthUp->click();
-    QVERIFY(relaidOut());
-    QCOMPARE(d.txtColumnWidth->text(), QString("1500"));
-    d.updownRowHeightDown->click();
-    QVERIFY(relaidOut());
-    QCOMPARE(d.options().rowHeight, 800);
-    d.chkShowGuides->toggle();
-    QCOMPARE(d.layouts(), layouts);
-    // Three columns of two days give each timetable a wider column.
-    d.cboLayout->setCurrentIndex(2);
-    QVERIFY(relaidOut());
-    QCOMPARE(d.txtColumnWidth->text(), QString("1500"));
-
-    // Print to HTML and to PDF write what the preview shows.
-    d.cboPrintTo->setCurrentIndex(frmPrintPreview::ToHtml);
-    files.choose(s.env.path("week.html"));
-    d.cmdPrint->click();
-    QCOMPARE(QString::fromUtf8(readFile(s.env.path("week.html"))).count("<section>"), 2);
-    d.cboPrintTo->setCurrentIndex(frmPrintPreview::ToPdf);
-    files.choose(s.env.path("week.pdf"));
-    d.cmdPrint->click();
-    QVERIFY(pdfText(s.env.path("week.pdf")).contains("Room Lab"));
-    files.cancel();
-    d.cmdPrint->click();
-}
 
 QTEST_MAIN(TestPrint)
 #include "test_print.moc"

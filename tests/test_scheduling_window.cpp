@@ -9,16 +9,8 @@
 #include "support/Fixtures.h"
 #include "timetable/TimetableState.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QDialog>
-#include <QHelpEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QToolTip>
 #include <QtTest>
+#include <QtWidgets>
 
 using namespace Fixtures;
 using Common::MsgResult;
@@ -38,7 +30,6 @@ struct School : OpenProject {
     qint32 tMark = ModMain::CreateTimetable("Tutor", mark, 1);
     std::unique_ptr<frmMain> w;
     MessageRecorder& boxes = messages;
-
     School() : OpenProject({"Monday", "Tuesday"}, {"9:00", "10:00", "11:00", "12:00"}) {
         Timetable::Reset();
         Scheduling::Reset();
@@ -47,7 +38,6 @@ struct School : OpenProject {
         w->show();
         w->Form_Load(file);
     }
-
     // Shows a timetable and selects the cell of (day, period), periods across.
     void select(qint32 timetable, int day, int period) {
         w->LoadTimetable(timetable);
@@ -82,9 +72,10 @@ struct School : OpenProject {
 ModalDriver::Step clash(const char* button, bool dontShow = false) {
     return [button, dontShow](QDialog* d) {
         QCOMPARE(d->windowTitle(), QStringLiteral("Tutor clash."));
-        QCOMPARE(control<QLabel>(d, "lblMessage")->text(),
-                 QStringLiteral("This Tutor will be elsewhere at this time. Allow this clash to "
-                                "occur anyway?"));
+        QCOMPARE(
+            control<QLabel>(d, "lblMessage")->text(),
+            QStringLiteral(
+                "This Tutor will be elsewhere at this time. Allow this clash to occur anyway?"));
         control<QCheckBox>(d, "chkDontShow")->setChecked(dontShow);
         clickButton(d, button);
     };
@@ -94,252 +85,228 @@ ModalDriver::Step clash(const char* button, bool dontShow = false) {
 class TestSchedulingWindow : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void statusesFollowTheSelectedCell();
-    void nameBoxesCompleteAndCreate();
-    void clashIsAskedAndDetailed();
-    void tickingAndUntickingMirror();
-    void periodMarking();
-    void lunchColumnBothWays();
-    void keyboard();
-    void listMenusEditResources();
-};
-
-void TestSchedulingWindow::statusesFollowTheSelectedCell() {
-    School s;
-    ModMain::CreateTutorSlotRecord(slotAt(s.t7A, 1, 1), s.mark);
-    s.select(s.t7B, 1, 1);
-    QCOMPARE(s.status(s.w->gTutor, s.mark), "Busy");
-    QCOMPARE(s.status(s.w->gTutor, s.mary), "Avail");
-    // The same period on another day, another period on the same day: free.
-    s.select(s.t7B, 2, 1);
-    QCOMPARE(s.status(s.w->gTutor, s.mark), "Avail");
-    s.select(s.t7B, 1, 2);
-    QCOMPARE(s.status(s.w->gTutor, s.mark), "Avail");
-    // Held by two others: "Clash"; linked here and at one other: "-" and
-    // ticked, the cell's own link not counted.
-    ModMain::CreateTutorSlotRecord(slotAt(s.t7B, 1, 1), s.mark);
-    s.select(s.t7C, 1, 1);
-    QCOMPARE(s.status(s.w->gTutor, s.mark), "Clash");
-    ModMain::CreateTutorSlotRecord(slotAt(s.t7C, 1, 1), s.mark);
-    value("DELETE FROM TutorSlot WHERE SlotID = %1", slotAt(s.t7B, 1, 1));
-    s.select(s.t7C, 1, 1);
-    QCOMPARE(s.status(s.w->gTutor, s.mark), "-+");
-    // Each status has its own colour; the placeholder row is never listed.
-    QVERIFY(s.w->gTutor->cellBackColor(s.rowOf(s.w->gTutor, s.mark), 0) !=
-            s.w->gTutor->cellBackColor(s.rowOf(s.w->gTutor, s.mary), 0));
-    QCOMPARE(s.rowOf(s.w->gTutor, 1), -1);
-    QVERIFY(s.w->gClass->isHidden()); // a class timetable lists no classes
-    // Showing a timetable again lists what the project holds now.
-    value("UPDATE Tutor SET name = 'Mary Ann' WHERE id = %1", s.mary);
-    s.select(s.t7A, 2, 2);
-    QCOMPARE(s.w->gTutor->textMatrix(s.rowOf(s.w->gTutor, s.mary), 2), QStringLiteral("Mary Ann"));
-    QCOMPARE(s.status(s.w->gTutor, s.mark), "Avail");
-    ModMain::CreateTutorRecord("Abel", "AB", "", "");
-    s.select(s.t7A, 2, 2);
-    QCOMPARE(s.w->gTutor->textMatrix(1, 2), QStringLiteral("Abel"));
-}
-
-void TestSchedulingWindow::nameBoxesCompleteAndCreate() {
-    School s;
-    s.select(s.t7A, 1, 1);
-    QLineEdit* box = s.w->txtTutorName;
-    box->setFocus();
-    QTest::keyClicks(box, "ma");
-    QCOMPARE(box->text(), QStringLiteral("Mark")); // the first in name order
-    QCOMPARE(box->selectedText(), QStringLiteral("rk"));
-    QTest::keyClick(box, Qt::Key_Backspace);
-    QCOMPARE(box->text(), QStringLiteral("Ma")); // the selection gone, no completion again
-    // Enter goes to the grid; leaving the box ticks the named tutor.
-    box->setText("Zoe O'Neill");
-    QTest::keyClick(box, Qt::Key_Return);
-    QCoreApplication::processEvents();
-    const qint32 zoe = value("SELECT id FROM Tutor WHERE name = 'Zoe O''Neill'").toInt();
-    QVERIFY(zoe > 1);
-    const qint32 slot = slotAt(s.t7A, 1, 1);
-    QCOMPARE(value("SELECT COUNT(*) FROM TutorSlot WHERE SlotID = %1 AND TutorID = %2", slot, zoe),
-             "1");
-    QCOMPARE(s.status(s.w->gTutor, zoe), "-+");
-    QVERIFY(s.w->g->textMatrix(1, 1).startsWith(QStringLiteral("Zoe O'Neill")));
-    // A blank box creates nothing.
-    const QString tutors = value("SELECT COUNT(*) FROM Tutor");
-    s.w->txtSubjectName->setText("   ");
-    s.w->txtSubjectName->setFocus();
-    s.w->g->setFocus();
-    QCoreApplication::processEvents();
-    QCOMPARE(value("SELECT COUNT(*) FROM Tutor"), tutors);
-    QCOMPARE(value("SELECT COUNT(*) FROM Subject WHERE TRIM(name) = ''"), "0");
-    QVERIFY(s.boxes.messages().isEmpty());
-}
-
-void TestSchedulingWindow::clashIsAskedAndDetailed() {
-    School s;
-    ModMain::CreateTutorSlotRecord(slotAt(s.t7A, 1, 1), s.mark);
-    s.select(s.t7B, 1, 1);
-    const qint32 before = value("SELECT COUNT(*) FROM TutorSlot").toInt();
-    // Details names the timetables, one per line, then asks again; No changes nothing.
-    ModalDriver driver;
-    driver.expect("frmClash", clash("cmdDetails"));
-    driver.expect("frmClash", clash("cmdNo"));
-    QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mark); }), QString());
-    QCOMPARE(s.boxes.texts(),
-             QStringList{"This Tutor is also used in the following timetables:\r\nClass 7A\r\n"});
-    QCOMPARE(value("SELECT COUNT(*) FROM TutorSlot").toInt(), before);
-    QCOMPARE(s.status(s.w->gTutor, s.mark), "Busy");
-    // Yes with "don't show this again": linked, and later clashes go through unasked.
-    driver = ModalDriver();
-    driver.expect("frmClash", clash("cmdYes", true));
-    QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mark); }), QString());
-    QCOMPARE(s.status(s.w->gTutor, s.mark), "-+");
-    s.select(s.t7C, 1, 1);
-    s.click(s.w->gTutor, s.mark); // no dialog may come
-    QCOMPARE(s.status(s.w->gTutor, s.mark), "Clash+");
-    // The Tools menu shows the setting and gives the question back.
-    QAction* ask = s.w->command("mnuToolsAskClashes");
-    s.w->findChild<QMenu*>("mnuTools")->aboutToShow();
-    QVERIFY(ask->isCheckable() && !ask->isChecked());
-    ask->trigger();
-    QVERIFY(!ModMain::AllowClashesSetting());
-    s.select(s.t7B, 1, 2);
-    ModMain::CreateTutorSlotRecord(slotAt(s.t7A, 1, 2), s.mary);
-    s.select(s.t7B, 1, 2);
-    driver = ModalDriver();
-    driver.expect("frmClash", clash("cmdNo"));
-    QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mary); }), QString());
-    // The tutor's context menu details the same timetables.
-    s.boxes.clear();
-    QTimer::singleShot(0, [] {
-        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        QVERIFY(menu);
-        menu->findChild<QAction*>("mnuTutorDetails")->trigger();
-        menu->close();
-    });
-    s.click(s.w->gTutor, s.mary, 2, Qt::RightButton);
-    QCOMPARE(s.boxes.texts(), QStringList{"This tutor is also allocated on the following "
-                                          "timetables:\r\nClass 7A\r\n"});
-}
-
-void TestSchedulingWindow::tickingAndUntickingMirror() {
-    School s;
-    // On Mark's own timetable, tick a subject and the class 7A.
-    s.select(s.tMark, 2, 3);
-    s.click(s.w->gSubject, s.maths);
-    s.click(s.w->gClass, s.c7A);
-    const qint32 own = slotAt(s.tMark, 2, 3), mirrored = slotAt(s.t7A, 2, 3);
-    QCOMPARE(s.links("ClassSlot", own), 1);
-    // Mark is now in 7A's timetable at the same day and period.
-    QCOMPARE(value("SELECT TutorID FROM TutorSlot WHERE SlotID = %1", mirrored).toInt(), s.mark);
-    QCOMPARE(s.status(s.w->gClass, s.c7A), "-+");
-    // Unticking the subject deletes only its link; the slot stays.
-    s.click(s.w->gSubject, s.maths);
-    QCOMPARE(s.links("SubjectSlot", own), 0);
-    QCOMPARE(s.links("ClassSlot", own), 1);
-    QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE id = %1", own), "1");
-}
-
-void TestSchedulingWindow::periodMarking() {
-    School s;
-    s.select(s.t7A, 1, 1);
-    for (FlexGrid* list : {s.w->gTutor, s.w->gSubject, s.w->gRoom})
-        s.click(list, list == s.w->gTutor ? s.mary : list == s.w->gSubject ? s.maths : s.lab);
-    const qint32 full = slotAt(s.t7A, 1, 1);
-    QCOMPARE(s.links("TutorSlot", full) + s.links("SubjectSlot", full) + s.links("RoomSlot", full),
-             3);
-    // No and Cancel change nothing.
-    s.w->g->selectRange(2, 2, 1, 1); // dragged from bottom-right to top-left
-    for (MsgResult answer : {MsgResult::No, MsgResult::Cancel}) {
-        s.boxes.answer(answer);
-        s.w->command("mnuPeriodBreak")->trigger();
+    void statusesFollowTheSelectedCell() {
+        School s;
+        ModMain::CreateTutorSlotRecord(slotAt(s.t7A, 1, 1), s.mark);
+        // Which statuses a cell gives is the scheduling layer's test; here the
+        // lists follow the cell selected.
+        s.select(s.t7B, 1, 1);
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "Busy");
+        QCOMPARE(s.status(s.w->gTutor, s.mary), "Avail");
+        // Each status has its own colour; the placeholder row is never listed.
+        QVERIFY(s.w->gTutor->cellBackColor(s.rowOf(s.w->gTutor, s.mark), 0) !=
+                s.w->gTutor->cellBackColor(s.rowOf(s.w->gTutor, s.mary), 0));
+        s.select(s.t7B, 2, 1);
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "Avail");
+        QCOMPARE(s.rowOf(s.w->gTutor, 1), -1);
+        QVERIFY(s.w->gClass->isHidden()); // a class timetable lists no classes
+        // Showing a timetable again lists what the project holds now.
+        value("UPDATE Tutor SET name = 'Mary Ann' WHERE id = %1", s.mary);
+        ModMain::CreateTutorRecord("Abel", "AB", "", "");
+        s.select(s.t7A, 2, 2);
+        QCOMPARE(s.w->gTutor->textMatrix(s.rowOf(s.w->gTutor, s.mary), 2),
+                 QStringLiteral("Mary Ann"));
+        QCOMPARE(s.w->gTutor->textMatrix(1, 2), QStringLiteral("Abel"));
     }
-    QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE SpecialID = 4"), "0");
-    s.boxes.answer(MsgResult::Yes);
-    s.w->command("tbBreak")->trigger();
-    QCOMPARE(s.boxes.texts(), QStringList(3, "Mark selected as free periods?"));
-    QCOMPARE(s.boxes.messages().first().buttons, Common::MsgButtons::YesNoCancel);
-    // The whole rectangle: the full cell lost its links, empty cells got slots.
-    QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE TimetableID = %1 AND SpecialID = 4", s.t7A),
-             "4");
-    QCOMPARE(s.links("TutorSlot", full) + s.links("SubjectSlot", full) + s.links("RoomSlot", full),
-             0);
-    QCOMPARE(s.w->g->textMatrix(2, 2), QString());
-    QCOMPARE(s.w->g->cellBackColor(2, 2), QColor(224, 244, 250));
-    // The selection is as the user left it.
-    QCOMPARE(QPoint(s.w->g->col(), s.w->g->row()), QPoint(2, 2));
-    QCOMPARE(QPoint(s.w->g->colSel(), s.w->g->rowSel()), QPoint(1, 1));
-    // Clearing makes them ordinary again.
-    s.boxes.answer(MsgResult::Yes);
-    s.w->command("mnuPeriodClear")->trigger();
-    QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE TimetableID = %1 AND SpecialID = 1", s.t7A),
-             "4");
-}
-
-void TestSchedulingWindow::lunchColumnBothWays() {
-    School s;
-    s.select(s.t7A, 1, 2);
-    s.click(s.w->gTutor, s.mary);
-    s.w->command("mnuFormatDefineLunchColumn")->trigger();
-    QCOMPARE(s.w->g->textMatrix(0, 2), QStringLiteral("Lunch"));
-    QCOMPARE(value("SELECT SpecialID FROM TimeTitle WHERE TimetableID = %1 AND Pos = 2", s.t7A),
-             "3");
-    QCOMPARE(value("SELECT group_concat(SpecialID) FROM Slot WHERE TimetableID = %1", s.t7A),
-             "3,3");
-    QCOMPARE(value("SELECT COUNT(*) FROM TutorSlot"), "0");
-    s.w->command("mnuFormatDefineLunchColumn")->trigger();
-    QCOMPARE(s.w->g->textMatrix(0, 2), QStringLiteral("10:00 - 11:00"));
-    QCOMPARE(value("SELECT group_concat(SpecialID) FROM Slot WHERE TimetableID = %1", s.t7A),
-             "1,1");
-    QVERIFY(s.boxes.messages().isEmpty());
-}
-
-void TestSchedulingWindow::keyboard() {
-    School s;
-    ModMain::CreateTutorSlotRecord(slotAt(s.t7A, 2, 1), s.mark);
-    s.select(s.t7B, 1, 1);
-    QCOMPARE(s.status(s.w->gTutor, s.mark), "Avail");
-    // An arrow key moves to Tuesday and the lists follow.
-    s.w->g->setFocus();
-    QTest::keyClick(s.w->g, Qt::Key_Down);
-    QCOMPARE(s.w->g->row(), 2);
-    QCOMPARE(s.status(s.w->gTutor, s.mark), "Busy");
-    // Resting on a Busy status names where the tutor is.
-    FlexGrid* tutors = s.w->gTutor;
-    const QTableWidget* table = tutors;
-    const QPoint at = tutors->visualItemRect(table->item(s.rowOf(tutors, s.mark) - 1, 0)).center();
-    QHelpEvent help(QEvent::ToolTip, at, tutors->viewport()->mapToGlobal(at));
-    QCoreApplication::sendEvent(tutors->viewport(), &help);
-    QCOMPARE(QToolTip::text(), QStringLiteral("Busy at this time in:\nClass 7A"));
-    // Space on a list's row ticks it.
-    s.w->gSubject->setFocus();
-    s.w->gSubject->setRowCol(s.rowOf(s.w->gSubject, s.maths), 2);
-    QTest::keyClick(s.w->gSubject, Qt::Key_Space);
-    QCOMPARE(s.status(s.w->gSubject, s.maths), "Avail+");
-    QCOMPARE(s.links("SubjectSlot", slotAt(s.t7B, 2, 1)), 1);
-}
-
-void TestSchedulingWindow::listMenusEditResources() {
-    // A list's context menu edits the resource; the lists and the grid follow.
-    School s;
-    s.select(s.t7A, 1, 1);
-    s.click(s.w->gTutor, s.mary);
-    ModalDriver driver;
-    driver.expect("frmTutor", [](QDialog* d) {
-        QCOMPARE(control<QLineEdit>(d, "txtName")->text(), QString("mary"));
-        control<QLineEdit>(d, "txtName")->setText("Mary Zhou");
-        control<QLineEdit>(d, "txtDisplayName")->setText("MZ");
-        clickButton(d, "cmdOk");
-    });
-    QTimer::singleShot(0, [] {
-        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        QVERIFY(menu);
-        QVERIFY(!menu->findChild<QAction*>("mnuTutorDetails")); // she is free elsewhere
-        QVERIFY(menu->findChild<QAction*>("mnuListNew"));
-        menu->findChild<QAction*>("mnuListEdit")->trigger();
-        menu->close();
-    });
-    QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mary, 2, Qt::RightButton); }), QString());
-    QCOMPARE(s.w->gTutor->textMatrix(s.rowOf(s.w->gTutor, s.mary), 2), QString("Mary Zhou"));
-    QVERIFY(s.w->g->textMatrix(1, 1).contains("MZ"));
-    QCOMPARE(s.status(s.w->gTutor, s.mary), QString("-+"));
-}
+    void nameBoxesCompleteAndCreate() {
+        School s;
+        s.select(s.t7A, 1, 1);
+        QLineEdit* box = s.w->txtTutorName;
+        box->setFocus();
+        QTest::keyClicks(box, "ma");
+        QCOMPARE(box->text(), QStringLiteral("Mark")); // the first in name order
+        QCOMPARE(box->selectedText(), QStringLiteral("rk"));
+        QTest::keyClick(box, Qt::Key_Backspace);
+        QCOMPARE(box->text(), QStringLiteral("Ma")); // the selection gone, no completion again
+        // Enter goes to the grid; leaving the box ticks the named tutor.
+        box->setText("Zoe O'Neill");
+        QTest::keyClick(box, Qt::Key_Return);
+        QCoreApplication::processEvents();
+        const qint32 zoe = value("SELECT id FROM Tutor WHERE name = 'Zoe O''Neill'").toInt();
+        QVERIFY(zoe > 1);
+        const qint32 slot = slotAt(s.t7A, 1, 1);
+        QCOMPARE(
+            value("SELECT COUNT(*) FROM TutorSlot WHERE SlotID = %1 AND TutorID = %2", slot, zoe),
+            "1");
+        QCOMPARE(s.status(s.w->gTutor, zoe), "-+");
+        QVERIFY(s.w->g->textMatrix(1, 1).startsWith(QStringLiteral("Zoe O'Neill")));
+        // A blank box creates nothing.
+        const QString tutors = value("SELECT COUNT(*) FROM Tutor");
+        s.w->txtSubjectName->setText("   ");
+        s.w->txtSubjectName->setFocus();
+        s.w->g->setFocus();
+        QCoreApplication::processEvents();
+        QCOMPARE(value("SELECT COUNT(*) FROM Tutor"), tutors);
+        QCOMPARE(value("SELECT COUNT(*) FROM Subject WHERE TRIM(name) = ''"), "0");
+        QVERIFY(s.boxes.messages().isEmpty());
+    }
+    void clashIsAskedAndDetailed() {
+        School s;
+        ModMain::CreateTutorSlotRecord(slotAt(s.t7A, 1, 1), s.mark);
+        s.select(s.t7B, 1, 1);
+        const qint32 before = value("SELECT COUNT(*) FROM TutorSlot").toInt();
+        // Details names the timetables, one per line, then asks again; No changes nothing.
+        ModalDriver driver;
+        driver.expect("frmClash", clash("cmdDetails"));
+        driver.expect("frmClash", clash("cmdNo"));
+        QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mark); }), QString());
+        QCOMPARE(
+            s.boxes.texts(),
+            QStringList{"This Tutor is also used in the following timetables:\r\nClass 7A\r\n"});
+        QCOMPARE(value("SELECT COUNT(*) FROM TutorSlot").toInt(), before);
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "Busy");
+        // Yes with "don't show this again": linked, and later clashes go through unasked.
+        driver = ModalDriver();
+        driver.expect("frmClash", clash("cmdYes", true));
+        QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mark); }), QString());
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "-+");
+        s.select(s.t7C, 1, 1);
+        s.click(s.w->gTutor, s.mark); // no dialog may come
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "Clash+");
+        // The Tools menu shows the setting and gives the question back.
+        QAction* ask = s.w->command("mnuToolsAskClashes");
+        s.w->findChild<QMenu*>("mnuTools")->aboutToShow();
+        QVERIFY(ask->isCheckable() && !ask->isChecked());
+        ask->trigger();
+        QVERIFY(!ModMain::AllowClashesSetting());
+        s.select(s.t7B, 1, 2);
+        ModMain::CreateTutorSlotRecord(slotAt(s.t7A, 1, 2), s.mary);
+        s.select(s.t7B, 1, 2);
+        driver = ModalDriver();
+        driver.expect("frmClash", clash("cmdNo"));
+        QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mary); }), QString());
+        // The tutor's context menu details the same timetables.
+        s.boxes.clear();
+        QTimer::singleShot(0, [] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            QVERIFY(menu);
+            menu->findChild<QAction*>("mnuTutorDetails")->trigger();
+            menu->close();
+        });
+        s.click(s.w->gTutor, s.mary, 2, Qt::RightButton);
+        QCOMPARE(s.boxes.texts(),
+                 QStringList{
+                     "This tutor is also allocated on the following timetables:\r\nClass 7A\r\n"});
+    }
+    void tickingAndUntickingMirror() {
+        School s;
+        // A click on Mark's own timetable ticks with mirroring (the rows it
+        // writes are the scheduling layer's test); a second click unticks.
+        s.select(s.tMark, 2, 3);
+        s.click(s.w->gClass, s.c7A);
+        QCOMPARE(
+            value("SELECT TutorID FROM TutorSlot WHERE SlotID = %1", slotAt(s.t7A, 2, 3)).toInt(),
+            s.mark);
+        QCOMPARE(s.status(s.w->gClass, s.c7A), "-+");
+        s.click(s.w->gClass, s.c7A);
+        QCOMPARE(s.links("ClassSlot", slotAt(s.tMark, 2, 3)), 0);
+        QCOMPARE(s.status(s.w->gClass, s.c7A), "Avail");
+    }
+    void periodMarking() {
+        School s;
+        s.select(s.t7A, 1, 1);
+        for (FlexGrid* list : {s.w->gTutor, s.w->gSubject, s.w->gRoom})
+            s.click(list, list == s.w->gTutor ? s.mary : list == s.w->gSubject ? s.maths : s.lab);
+        const qint32 full = slotAt(s.t7A, 1, 1);
+        const auto linksOfFull = [&] {
+            return s.links("TutorSlot", full) + s.links("SubjectSlot", full) +
+                   s.links("RoomSlot", full);
+        };
+        QCOMPARE(linksOfFull(), 3);
+        // No and Cancel change nothing.
+        s.w->g->selectRange(2, 2, 1, 1); // dragged from bottom-right to top-left
+        for (MsgResult answer : {MsgResult::No, MsgResult::Cancel}) {
+            s.boxes.answer(answer);
+            s.w->command("mnuPeriodBreak")->trigger();
+        }
+        QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE SpecialID = 4"), "0");
+        s.boxes.answer(MsgResult::Yes);
+        s.w->command("tbBreak")->trigger();
+        QCOMPARE(s.boxes.texts(), QStringList(3, "Mark selected as free periods?"));
+        QCOMPARE(s.boxes.messages().first().buttons, Common::MsgButtons::YesNoCancel);
+        // The whole rectangle: the full cell lost its links, empty cells got slots.
+        QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE TimetableID = %1 AND SpecialID = 4", s.t7A),
+                 "4");
+        QCOMPARE(linksOfFull(), 0);
+        QCOMPARE(s.w->g->textMatrix(2, 2), QString());
+        QCOMPARE(s.w->g->cellBackColor(2, 2), QColor(224, 244, 250));
+        // The selection is as the user left it.
+        QCOMPARE(QPoint(s.w->g->col(), s.w->g->row()), QPoint(2, 2));
+        QCOMPARE(QPoint(s.w->g->colSel(), s.w->g->rowSel()), QPoint(1, 1));
+        // Clearing makes them ordinary again.
+        s.boxes.answer(MsgResult::Yes);
+        s.w->command("mnuPeriodClear")->trigger();
+        QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE TimetableID = %1 AND SpecialID = 1", s.t7A),
+                 "4");
+    }
+    void lunchColumnBothWays() {
+        School s;
+        s.select(s.t7A, 1, 2);
+        s.click(s.w->gTutor, s.mary);
+        s.w->command("mnuFormatDefineLunchColumn")->trigger();
+        QCOMPARE(s.w->g->textMatrix(0, 2), QStringLiteral("Lunch"));
+        QCOMPARE(value("SELECT SpecialID FROM TimeTitle WHERE TimetableID = %1 AND Pos = 2", s.t7A),
+                 "3");
+        QCOMPARE(value("SELECT group_concat(SpecialID) FROM Slot WHERE TimetableID = %1", s.t7A),
+                 "3,3");
+        QCOMPARE(value("SELECT COUNT(*) FROM TutorSlot"), "0");
+        s.w->command("mnuFormatDefineLunchColumn")->trigger();
+        QCOMPARE(s.w->g->textMatrix(0, 2), QStringLiteral("10:00 - 11:00"));
+        QCOMPARE(value("SELECT group_concat(SpecialID) FROM Slot WHERE TimetableID = %1", s.t7A),
+                 "1,1");
+        QVERIFY(s.boxes.messages().isEmpty());
+    }
+    void keyboard() {
+        School s;
+        ModMain::CreateTutorSlotRecord(slotAt(s.t7A, 2, 1), s.mark);
+        s.select(s.t7B, 1, 1);
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "Avail");
+        // An arrow key moves to Tuesday and the lists follow.
+        s.w->g->setFocus();
+        QTest::keyClick(s.w->g, Qt::Key_Down);
+        QCOMPARE(s.w->g->row(), 2);
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "Busy");
+        // Resting on a Busy status names where the tutor is.
+        FlexGrid* tutors = s.w->gTutor;
+        const QTableWidget* table = tutors;
+        const QPoint at =
+            tutors->visualItemRect(table->item(s.rowOf(tutors, s.mark) - 1, 0)).center();
+        QHelpEvent help(QEvent::ToolTip, at, tutors->viewport()->mapToGlobal(at));
+        QCoreApplication::sendEvent(tutors->viewport(), &help);
+        QCOMPARE(QToolTip::text(), QStringLiteral("Busy at this time in:\nClass 7A"));
+        // Space on a list's row ticks it.
+        s.w->gSubject->setFocus();
+        s.w->gSubject->setRowCol(s.rowOf(s.w->gSubject, s.maths), 2);
+        QTest::keyClick(s.w->gSubject, Qt::Key_Space);
+        QCOMPARE(s.status(s.w->gSubject, s.maths), "Avail+");
+        QCOMPARE(s.links("SubjectSlot", slotAt(s.t7B, 2, 1)), 1);
+    }
+    void listMenusEditResources() {
+        // A list's context menu edits the resource; the lists and the grid follow.
+        School s;
+        s.select(s.t7A, 1, 1);
+        s.click(s.w->gTutor, s.mary);
+        ModalDriver driver;
+        driver.expect("frmTutor", [](QDialog* d) {
+            QCOMPARE(control<QLineEdit>(d, "txtName")->text(), QString("mary"));
+            control<QLineEdit>(d, "txtName")->setText("Mary Zhou");
+            control<QLineEdit>(d, "txtDisplayName")->setText("MZ");
+            clickButton(d, "cmdOk");
+        });
+        QTimer::singleShot(0, [] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            QVERIFY(menu);
+            QVERIFY(!menu->findChild<QAction*>("mnuTutorDetails")); // she is free elsewhere
+            QVERIFY(menu->findChild<QAction*>("mnuListNew"));
+            menu->findChild<QAction*>("mnuListEdit")->trigger();
+            menu->close();
+        });
+        QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mary, 2, Qt::RightButton); }), QString());
+        QCOMPARE(s.w->gTutor->textMatrix(s.rowOf(s.w->gTutor, s.mary), 2), QString("Mary Zhou"));
+        QVERIFY(s.w->g->textMatrix(1, 1).contains("MZ"));
+        QCOMPARE(s.status(s.w->gTutor, s.mary), QString("-+"));
+    }
+};
 
 QTEST_MAIN(TestSchedulingWindow)
 #include "test_scheduling_window.moc"

@@ -16,10 +16,8 @@
 #include "support/Fixtures.h"
 #include "timetable/TimetableState.h"
 
-#include <QAction>
-#include <QDropEvent>
-#include <QMimeData>
 #include <QtTest>
+#include <QtWidgets>
 #include <sqlite3.h>
 
 using namespace Fixtures;
@@ -30,7 +28,6 @@ namespace {
 // timetable, and a room timetable.
 struct School : OpenProject {
     QMap<QString, qint32> id, tt;
-
     School()
         : OpenProject({"Monday", "Tuesday", "Wednesday"}, {"9:00", "10:00", "11:00", "12:00"}) {
         for (const QString name : {"Mr Brown", "Dr Chen", "Ms O'Hara"})
@@ -72,177 +69,22 @@ void autoFill7A(const School& s) {
     ModMain::FillProgress quiet;
     QCOMPARE(ModMain::RunAutoFill(quiet), ModMain::FillOutcome::Finished);
 }
-} // namespace
 
-class TestUndo : public QObject {
-    Q_OBJECT
-private Q_SLOTS:
-    void eachActionUndoesAndRedoes_data();
-    void eachActionUndoesAndRedoes();
-    void outsideChangesAreRefused();
-    void editMenuAndWindow();
-    void draggingALesson();
-};
-
-void TestUndo::eachActionUndoesAndRedoes_data() {
-    QTest::addColumn<QString>("action");
-    for (const char* action :
-         {"Tick Tutor Mr Brown", "Tick Class 7B", "Untick Tutor Mr Brown", "Auto Fill Class 7A",
-          "New Timetable Tutor Dr Chen", "Delete Timetable Class 7B", "Format Timetable",
-          "Edit Tutor Mr Brown", "Delete Tutor Mr Brown", "Import Resources"})
-        QTest::newRow(action) << QString::fromLatin1(action);
-}
-
-void TestUndo::eachActionUndoesAndRedoes() {
-    QFETCH(QString, action);
-    School s;
-    UndoHistory history;
-    const QString before = s.now();
-    {
-        const ActionName name(action);
-        if (action == "Tick Tutor Mr Brown") // mirrored into his own timetable
-            ModMain::TickResource(ResourceKind::Tutor, s.id["Mr Brown"],
-                                  cellAt(s.tt["Class 7A"], 2, 2));
-        else if (action == "Tick Class 7B") // mirrored into 7B's timetable
-            ModMain::TickResource(ResourceKind::Class, s.id["7B"],
-                                  cellAt(s.tt["Tutor Mr Brown"], 3, 1));
-        else if (action == "Untick Tutor Mr Brown")
-            ModMain::UntickResource(ResourceKind::Tutor, s.id["Mr Brown"],
-                                    cellAt(s.tt["Class 7A"], 1, 1));
-        else if (action == "Auto Fill Class 7A")
-            autoFill7A(s);
-        else if (action == "New Timetable Tutor Dr Chen") // cross-referenced rooms too
-            ModMain::CreateTimetable("Tutor", s.id["Dr Chen"], 1);
-        else if (action == "Delete Timetable Class 7B")
-            ModMain::DeleteTimetable(s.tt["Class 7B"]);
-        else if (action == "Format Timetable")
-            ModMain::SaveTimetableFormat(s.tt["Class 7A"], true, false);
-        else if (action == "Edit Tutor Mr Brown")
-            ModMain::SaveTutor(s.id["Mr Brown"], {"Mr Browne", "BRN", {s.id["Art"]}});
-        else if (action == "Delete Tutor Mr Brown") // his links and timetable go too
-            ModMain::DeleteResource(ResourceKind::Tutor, s.id["Mr Brown"]);
-        else
-            QVERIFY(ModMain::ImportResources(
-                        writeFile(s.env.path("more.csv"), "Name,Kind\nDrama,Subject\n8C,Class\n"))
-                        .ok);
-    }
-    const QString after = s.now();
-    QVERIFY(after != before);
-    QCOMPARE(history.stack().count(), 1);
-    QCOMPARE(history.undoText(), "Undo " + action);
-    QCOMPARE(history.redoText(), QString("Redo"));
-
-    QVERIFY(history.undo());
-    QCOMPARE(s.now(), before);
-    QCOMPARE(history.redoText(), "Redo " + action);
-    QVERIFY(history.redo());
-    QCOMPARE(s.now(), after);
-    QVERIFY(history.undo());
-    QCOMPARE(s.now(), before);
-    QVERIFY(s.messages.texts().isEmpty());
-}
-
-void TestUndo::outsideChangesAreRefused() {
-    School s;
-    UndoHistory history;
-    const auto tick = [&](const char* tutor, int day) {
-        const ActionName name(QStringLiteral("Tick Tutor ") + tutor);
-        ModMain::TickResource(ResourceKind::Tutor, s.id[tutor], cellAt(s.tt["Class 7A"], day, 2));
-    };
-    const auto elsewhere = [&](const char* sql) {
-        sqlite3* other = nullptr;
-        QCOMPARE(sqlite3_open(s.file.toUtf8().constData(), &other), SQLITE_OK);
-        QCOMPARE(sqlite3_exec(other, sql, nullptr, nullptr, nullptr), SQLITE_OK);
-        sqlite3_close(other);
-    };
-    tick("Dr Chen", 1);
-    tick("Ms O'Hara", 2);
-    elsewhere("UPDATE Tutor SET name = 'Mrs O''Hara' WHERE name = 'Ms O''Hara'");
-    const QString changed = s.now();
-    QVERIFY(!history.undo());
-    QCOMPARE(s.now(), changed);
-    QCOMPARE(s.messages.texts(),
-             QStringList("The project was changed outside Vantor Planner since this step, so it "
-                         "cannot be undone. Nothing was changed, and the list of steps to undo "
-                         "has been cleared."));
-    QCOMPARE(history.stack().count(), 0);
-
-    // A step after an outside change is undoable; the ones before it are gone.
-    tick("Dr Chen", 3);
-    elsewhere("UPDATE Room SET name = 'Great Hall' WHERE name = 'Hall'");
-    const QString beforeLast = s.now();
-    tick("Mr Brown", 3);
-    QCOMPARE(history.stack().count(), 1);
-    QVERIFY(history.undo());
-    QCOMPARE(s.now(), beforeLast);
-}
-
-void TestUndo::editMenuAndWindow() {
-    School s;
-    Timetable::Reset();
-    Scheduling::Reset();
-    frmMain w;
-    w.Form_Load(s.file);
-    w.LoadTimetable(s.tt["Class 7A"]);
-    QAction* undo = w.command("mnuEditUndo");
-    QAction* redo = w.command("mnuEditRedo");
-    QVERIFY(!undo->isEnabled() && !w.command("tbUndo")->isEnabled());
-    QCOMPARE(undo->text(), QString("Undo"));
-
-    // Marking a break: named, undone with the grid showing the lesson again.
-    w.g->setRowCol(1, 1);
-    const QString lesson = w.g->textMatrix(1, 1);
-    QVERIFY(!lesson.isEmpty());
-    const QString before = s.now();
-    s.messages.answer(Common::MsgResult::Yes);
-    w.command("tbBreak")->trigger();
-    QCOMPARE(w.g->textMatrix(1, 1), QString());
-    QCOMPARE(undo->text(), QString("Undo Mark Break"));
-    QVERIFY(undo->isEnabled() && w.command("tbUndo")->isEnabled());
-    QCOMPARE(w.command("tbUndo")->toolTip(), QString("Undo Mark Break"));
-    w.command("tbUndo")->trigger();
-    QCOMPARE(s.now(), before);
-    QCOMPARE(w.g->textMatrix(1, 1), lesson);
-    QCOMPARE(redo->text(), QString("Redo Mark Break"));
-    QVERIFY(!undo->isEnabled());
-
-    // Undoing the creation of the timetable shown shows another.
-    {
-        const ActionName name("New Timetable Tutor Dr Chen & Co");
-        w.LoadTimetable(ModMain::CreateTimetable("Tutor", s.id["Dr Chen"], 1));
-    }
-    QCOMPARE(undo->text(), QString("Undo New Timetable Tutor Dr Chen && Co"));
-    QVERIFY(!redo->isEnabled()); // a new step ends what could be redone
-    undo->trigger();
-    QVERIFY(Timetable::current().ID != 0);
-    QVERIFY(ModMain::ReadTimetable(Timetable::current().ID).found);
-    QCOMPARE(s.now(), before);
-
-    // Sizes saved on the way to another timetable are no step of their own:
-    // what can be redone is still there.
-    w.g->setColumnWidth(1, w.g->columnWidth(1) + 40);
-    w.LoadTimetable(s.tt["Class 7B"]);
-    QVERIFY(redo->isEnabled());
-
-    // Closing the project ends its history.
-    redo->trigger();
-    QVERIFY(undo->isEnabled());
-    w.NoProject();
-    QVERIFY(!undo->isEnabled() && !redo->isEnabled());
-    QCOMPARE(w.history().stack().count(), 0);
-}
-
-namespace {
 // Sends the grid the drag-and-drop events of a drop on (row, col); whether
 // the grid would take it there.
 bool dropOn(frmMain& w, QMimeData* data, int row, int col, bool drop = true) {
-    const QPoint pos = w.g->visualRect(w.g->model()->index(row - 1, col - 1)).center();
-    QDragEnterEvent enter(pos, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
+    // A drag enters the grid where no lesson may go (here its empty corner),
+    // then moves to the cell.
+    const QPoint corner = w.g->viewport()->rect().bottomRight() - QPoint(2, 2);
+    QDragEnterEvent enter(corner, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(w.g->viewport(), &enter);
-    if (!enter.isAccepted() || !drop) {
+    const QPoint pos = w.g->visualRect(w.g->model()->index(row - 1, col - 1)).center();
+    QDragMoveEvent move(pos, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(w.g->viewport(), &move);
+    if (!enter.isAccepted() || !move.isAccepted() || !drop) {
         QDragLeaveEvent leave;
         QCoreApplication::sendEvent(w.g->viewport(), &leave);
-        return enter.isAccepted();
+        return enter.isAccepted() && move.isAccepted();
     }
     QDropEvent event(pos, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(w.g->viewport(), &event);
@@ -250,79 +92,224 @@ bool dropOn(frmMain& w, QMimeData* data, int row, int col, bool drop = true) {
 }
 } // namespace
 
-void TestUndo::draggingALesson() {
-    School s;
-    Timetable::Reset();
-    Scheduling::Reset();
-    frmMain w;
-    w.resize(1200, 800);
-    w.show();
-    w.Form_Load(s.file);
-    w.LoadTimetable(s.tt["Class 7A"]);
-    const auto cell = [&](int r, int c) { return w.g->textMatrix(r, c).simplified(); };
-    const QString chen = cell(2, 3), ohara = cell(3, 3), brown = cell(1, 1);
-    const QString start = s.now();
-    const QColor plain = w.g->cellBackColor(1, 2);
-
-    // While dragging Dr Chen's Art in the Lab: Monday 9:00 is tinted, as 7B
-    // has the Lab then; Escape takes the tints away and moves nothing.
-    std::unique_ptr<QMimeData> data(w.BeginLessonDrag(2, 3));
-    QVERIFY(data);
-    QVERIFY(w.g->cellBackColor(1, 1) != w.g->cellBackColor(1, 2));
-    QCOMPARE(w.g->cellBackColor(1, 2), plain);
-    QVERIFY(dropOn(w, data.get(), 1, 2, false));
-    QVERIFY(!dropOn(w, data.get(), 2, 3, false)); // not onto itself
-    w.EndLessonDrag();
-    QCOMPARE(w.g->cellBackColor(1, 1), w.g->cellBackColor(1, 2));
-    QCOMPARE(s.now(), start);
-
-    // A move to a free period, then undone.
-    data.reset(w.BeginLessonDrag(2, 3));
-    QVERIFY(dropOn(w, data.get(), 1, 2));
-    w.EndLessonDrag();
-    QCOMPARE(cell(1, 2), chen);
-    QCOMPARE(cell(2, 3), QString());
-    QCOMPARE(w.command("mnuEditUndo")->text(), QString("Undo Move Lesson"));
-    w.command("mnuEditUndo")->trigger();
-    QCOMPARE(s.now(), start);
-    QCOMPARE(cell(2, 3), chen);
-
-    // A swap with a lesson that fits there too, then undone.
-    data.reset(w.BeginLessonDrag(2, 3));
-    QVERIFY(dropOn(w, data.get(), 3, 3));
-    w.EndLessonDrag();
-    QCOMPARE(cell(3, 3), chen);
-    QCOMPARE(cell(2, 3), ohara);
-    QCOMPARE(w.command("mnuEditUndo")->text(), QString("Undo Swap Lessons"));
-    w.command("mnuEditUndo")->trigger();
-    QCOMPARE(s.now(), start);
-
-    // A swap that puts the Lab where 7B has it: asked as a tick's clash;
-    // No leaves everything as it was, with no step to undo.
-    data.reset(w.BeginLessonDrag(2, 3));
-    ModalDriver driver;
-    driver.expect("frmClash", press("cmdNo"));
-    QCOMPARE(driver.run([&] { dropOn(w, data.get(), 1, 1); }), QString());
-    w.EndLessonDrag();
-    QCOMPARE(s.now(), start);
-    QCOMPARE(cell(1, 1), brown);
-    QVERIFY(!w.command("mnuEditUndo")->isEnabled());
-
-    // Mr Brown's own timetable holds a copy of his Monday 9:00 lesson, Hall
-    // and all: a swap with it is no clash with the copy of the very lesson
-    // that leaves.
-    const qint32 copy = slotAt(s.tt["Tutor Mr Brown"], 1, 1);
-    link("Subject", copy, s.id["Maths"]);
-    link("Room", copy, s.id["Hall"]);
-    link("Class", copy, s.id["7A"]);
-    w.LoadTimetable(s.tt["Class 7A"]);
-    data.reset(w.BeginLessonDrag(3, 3));
-    QCOMPARE(w.g->cellBackColor(1, 1), w.g->cellBackColor(1, 2)); // no tint
-    ModalDriver noQuestion;
-    QCOMPARE(noQuestion.run([&] { dropOn(w, data.get(), 1, 1); }), QString());
-    w.EndLessonDrag();
-    QCOMPARE(QStringList({cell(1, 1), cell(3, 3)}), QStringList({ohara, brown}));
-}
+class TestUndo : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void eachActionUndoesAndRedoes_data() {
+        QTest::addColumn<QString>("action");
+        for (const char* action :
+             {"Tick Tutor Mr Brown", "Tick Class 7B", "Untick Tutor Mr Brown", "Auto Fill Class 7A",
+              "New Timetable Tutor Dr Chen", "Delete Timetable Class 7B", "Format Timetable",
+              "Edit Tutor Mr Brown", "Delete Tutor Mr Brown", "Import Resources"})
+            QTest::newRow(action) << QString::fromLatin1(action);
+    }
+    void eachActionUndoesAndRedoes() {
+        QFETCH(QString, action);
+        School s;
+        UndoHistory history;
+        const QString before = s.now();
+        {
+            const ActionName name(action);
+            if (action == "Tick Tutor Mr Brown") // mirrored into his own timetable
+                ModMain::TickResource(ResourceKind::Tutor, s.id["Mr Brown"],
+                                      cellAt(s.tt["Class 7A"], 2, 2));
+            else if (action == "Tick Class 7B") // mirrored into 7B's timetable
+                ModMain::TickResource(ResourceKind::Class, s.id["7B"],
+                                      cellAt(s.tt["Tutor Mr Brown"], 3, 1));
+            else if (action == "Untick Tutor Mr Brown")
+                ModMain::UntickResource(ResourceKind::Tutor, s.id["Mr Brown"],
+                                        cellAt(s.tt["Class 7A"], 1, 1));
+            else if (action == "Auto Fill Class 7A")
+                autoFill7A(s);
+            else if (action == "New Timetable Tutor Dr Chen") // cross-referenced rooms too
+                ModMain::CreateTimetable("Tutor", s.id["Dr Chen"], 1);
+            else if (action == "Delete Timetable Class 7B")
+                ModMain::DeleteTimetable(s.tt["Class 7B"]);
+            else if (action == "Format Timetable")
+                ModMain::SaveTimetableFormat(s.tt["Class 7A"], true, false);
+            else if (action == "Edit Tutor Mr Brown")
+                ModMain::SaveTutor(s.id["Mr Brown"], {"Mr Browne", "BRN", {s.id["Art"]}});
+            else if (action == "Delete Tutor Mr Brown") // his links and timetable go too
+                ModMain::DeleteResource(ResourceKind::Tutor, s.id["Mr Brown"]);
+            else
+                QVERIFY(ModMain::ImportResources(writeFile(s.env.path("more.csv"),
+                                                           "Name,Kind\nDrama,Subject\n8C,Class\n"))
+                            .ok);
+        }
+        const QString after = s.now();
+        QVERIFY(after != before);
+        QCOMPARE(history.stack().count(), 1);
+        QCOMPARE(history.undoText(), "Undo " + action);
+        QCOMPARE(history.redoText(), QString("Redo"));
+        QVERIFY(history.undo());
+        QCOMPARE(s.now(), before);
+        QCOMPARE(history.redoText(), "Redo " + action);
+        QVERIFY(history.redo());
+        QCOMPARE(s.now(), after);
+        QVERIFY(history.undo());
+        QCOMPARE(s.now(), before);
+        QVERIFY(s.messages.texts().isEmpty());
+    }
+    void outsideChangesAreRefused() {
+        School s;
+        UndoHistory history;
+        const auto tick = [&](const char* tutor, int day) {
+            const ActionName name(QStringLiteral("Tick Tutor ") + tutor);
+            ModMain::TickResource(ResourceKind::Tutor, s.id[tutor],
+                                  cellAt(s.tt["Class 7A"], day, 2));
+        };
+        const auto elsewhere = [&](const char* sql) {
+            sqlite3* other = nullptr;
+            QCOMPARE(sqlite3_open(s.file.toUtf8().constData(), &other), SQLITE_OK);
+            QCOMPARE(sqlite3_exec(other, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+            sqlite3_close(other);
+        };
+        tick("Dr Chen", 1);
+        tick("Ms O'Hara", 2);
+        elsewhere("UPDATE Tutor SET name = 'Mrs O''Hara' WHERE name = 'Ms O''Hara'");
+        const QString changed = s.now();
+        QVERIFY(!history.undo());
+        QCOMPARE(s.now(), changed);
+        QCOMPARE(
+            s.messages.texts(),
+            QStringList(
+                "The project was changed outside Vantor Planner since this step, so it cannot be "
+                "undone. Nothing was changed, and the list of steps to undo has been cleared."));
+        QCOMPARE(history.stack().count(), 0);
+        // A step after an outside change is undoable; the ones before it are gone.
+        tick("Dr Chen", 3);
+        elsewhere("UPDATE Room SET name = 'Great Hall' WHERE name = 'Hall'");
+        const QString beforeLast = s.now();
+        tick("Mr Brown", 3);
+        QCOMPARE(history.stack().count(), 1);
+        QVERIFY(history.undo());
+        QCOMPARE(s.now(), beforeLast);
+    }
+    void editMenuAndWindow() {
+        School s;
+        Timetable::Reset();
+        Scheduling::Reset();
+        frmMain w;
+        w.Form_Load(s.file);
+        w.LoadTimetable(s.tt["Class 7A"]);
+        QAction* undo = w.command("mnuEditUndo");
+        QAction* redo = w.command("mnuEditRedo");
+        QVERIFY(!undo->isEnabled() && !w.command("tbUndo")->isEnabled());
+        QCOMPARE(undo->text(), QString("Undo"));
+        // Marking a break: named, undone with the grid showing the lesson again.
+        w.g->setRowCol(1, 1);
+        const QString lesson = w.g->textMatrix(1, 1);
+        QVERIFY(!lesson.isEmpty());
+        const QString before = s.now();
+        s.messages.answer(Common::MsgResult::Yes);
+        w.command("tbBreak")->trigger();
+        QCOMPARE(w.g->textMatrix(1, 1), QString());
+        QCOMPARE(undo->text(), QString("Undo Mark Break"));
+        QVERIFY(undo->isEnabled() && w.command("tbUndo")->isEnabled());
+        QCOMPARE(w.command("tbUndo")->toolTip(), QString("Undo Mark Break"));
+        w.command("tbUndo")->trigger();
+        QCOMPARE(s.now(), before);
+        QCOMPARE(w.g->textMatrix(1, 1), lesson);
+        QCOMPARE(redo->text(), QString("Redo Mark Break"));
+        QVERIFY(!undo->isEnabled());
+        // Undoing the creation of the timetable shown shows another.
+        {
+            const ActionName name("New Timetable Tutor Dr Chen & Co");
+            w.LoadTimetable(ModMain::CreateTimetable("Tutor", s.id["Dr Chen"], 1));
+        }
+        QCOMPARE(undo->text(), QString("Undo New Timetable Tutor Dr Chen && Co"));
+        QVERIFY(!redo->isEnabled()); // a new step ends what could be redone
+        undo->trigger();
+        QVERIFY(Timetable::current().ID != 0);
+        QVERIFY(ModMain::ReadTimetable(Timetable::current().ID).found);
+        QCOMPARE(s.now(), before);
+        // Sizes saved on the way to another timetable are no step of their own:
+        // what can be redone is still there.
+        w.g->setColumnWidth(1, w.g->columnWidth(1) + 40);
+        w.LoadTimetable(s.tt["Class 7B"]);
+        QVERIFY(redo->isEnabled());
+        // Closing the project ends its history.
+        redo->trigger();
+        QVERIFY(undo->isEnabled());
+        w.NoProject();
+        QVERIFY(!undo->isEnabled() && !redo->isEnabled());
+        QCOMPARE(w.history().stack().count(), 0);
+    }
+    void draggingALesson() {
+        School s;
+        Timetable::Reset();
+        Scheduling::Reset();
+        frmMain w;
+        w.resize(1200, 800);
+        w.show();
+        w.Form_Load(s.file);
+        w.LoadTimetable(s.tt["Class 7A"]);
+        const auto cell = [&](int r, int c) { return w.g->textMatrix(r, c).simplified(); };
+        const QString chen = cell(2, 3), ohara = cell(3, 3), brown = cell(1, 1);
+        const QString start = s.now();
+        const QColor plain = w.g->cellBackColor(1, 2);
+        // While dragging Dr Chen's Art in the Lab: Monday 9:00 is tinted, as 7B
+        // has the Lab then; Escape takes the tints away and moves nothing.
+        std::unique_ptr<QMimeData> data(w.BeginLessonDrag(2, 3));
+        QVERIFY(data);
+        QVERIFY(w.g->cellBackColor(1, 1) != w.g->cellBackColor(1, 2));
+        QCOMPARE(w.g->cellBackColor(1, 2), plain);
+        QVERIFY(dropOn(w, data.get(), 1, 2, false));
+        QVERIFY(!dropOn(w, data.get(), 2, 3, false)); // not onto itself
+        w.EndLessonDrag();
+        QCOMPARE(w.g->cellBackColor(1, 1), w.g->cellBackColor(1, 2));
+        QCOMPARE(s.now(), start);
+        // A move to a free period, then undone.
+        data.reset(w.BeginLessonDrag(2, 3));
+        QVERIFY(dropOn(w, data.get(), 1, 2));
+        w.EndLessonDrag();
+        QCOMPARE(cell(1, 2), chen);
+        QCOMPARE(cell(2, 3), QString());
+        QCOMPARE(w.command("mnuEditUndo")->text(), QString("Undo Move Lesson"));
+        w.command("mnuEditUndo")->trigger();
+        QCOMPARE(s.now(), start);
+        QCOMPARE(cell(2, 3), chen);
+        // A swap with a lesson that fits there too, then undone.
+        data.reset(w.BeginLessonDrag(2, 3));
+        QVERIFY(dropOn(w, data.get(), 3, 3));
+        w.EndLessonDrag();
+        QCOMPARE(cell(3, 3), chen);
+        QCOMPARE(cell(2, 3), ohara);
+        QCOMPARE(w.command("mnuEditUndo")->text(), QString("Undo Swap Lessons"));
+        w.command("mnuEditUndo")->trigger();
+        QCOMPARE(s.now(), start);
+        // A swap that puts the Lab where 7B has it: asked as a tick's clash;
+        // No leaves everything as it was, with no step to undo.
+        data.reset(w.BeginLessonDrag(2, 3));
+        ModalDriver driver;
+        driver.expect("frmClash", press("cmdNo"));
+        QCOMPARE(driver.run([&] {
+            dropOn(w, data.get(), 1, 1);
+            w.EndLessonDrag(); // the move, and its question, come once the drag ends
+        }),
+                 QString());
+        QCOMPARE(s.now(), start);
+        QCOMPARE(cell(1, 1), brown);
+        QVERIFY(!w.command("mnuEditUndo")->isEnabled());
+        // Mr Brown's own timetable holds a copy of his Monday 9:00 lesson, Hall
+        // and all: a swap with it is no clash with the copy of the very lesson
+        // that leaves.
+        const qint32 copy = slotAt(s.tt["Tutor Mr Brown"], 1, 1);
+        link("Subject", copy, s.id["Maths"]);
+        link("Room", copy, s.id["Hall"]);
+        link("Class", copy, s.id["7A"]);
+        w.LoadTimetable(s.tt["Class 7A"]);
+        data.reset(w.BeginLessonDrag(3, 3));
+        QCOMPARE(w.g->cellBackColor(1, 1), w.g->cellBackColor(1, 2)); // no tint
+        ModalDriver noQuestion;
+        QCOMPARE(noQuestion.run([&] {
+            dropOn(w, data.get(), 1, 1);
+            w.EndLessonDrag();
+        }),
+                 QString());
+        QCOMPARE(QStringList({cell(1, 1), cell(3, 3)}), QStringList({ohara, brown}));
+    }
+};
 
 QTEST_MAIN(TestUndo)
 #include "test_undo.moc"

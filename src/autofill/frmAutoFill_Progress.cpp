@@ -82,7 +82,7 @@ void frmAutoFill_Progress::tmrStart_Timer() {
     m_sinceYield.start();
     {
         const ActionName name(QStringLiteral("Auto Fill ") +
-                              ModMain::ReadTimetable(AutoFill::state().AutoFill_WhoID).Title);
+                              ModMain::GetTimetableName(AutoFill::state().AutoFill_WhoID));
         m_outcome = ModMain::RunAutoFill(*this);
     }
     m_running = false;

@@ -135,9 +135,9 @@ void writeReport(int fd, int signal, quint32 code) {
     putHex(fd, code);
     put(fd, "\nSignal: ");
     put(fd, sigabbrev_np(signal));
-    put(fd, "\nModule: ");
+    put(fd, "\nModule last entered: ");
     put(fd, LastEntered::Module());
-    put(fd, "\nProcedure: ");
+    put(fd, "\nProcedure last entered: ");
     put(fd, LastEntered::Procedure());
     put(fd, "\nProject: ");
     const char* project = g_project[g_projectSlot.load()];

@@ -6,6 +6,7 @@
 #include "shell/CrashReport.h"
 #include "store/ModMain.h"
 
+#include <QClipboard>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QGuiApplication>
@@ -121,9 +122,13 @@ void frmAbout::StartSysInfo() {
     box->setReadOnly(true);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
     connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    QPushButton* copy = buttons->addButton(QStringLiteral("&Copy"), QDialogButtonBox::ActionRole);
+    copy->setObjectName(QStringLiteral("cmdCopy"));
+    connect(copy, &QPushButton::clicked, &dialog,
+            [text] { QGuiApplication::clipboard()->setText(text); });
     auto* layout = new QVBoxLayout(&dialog);
-    layout->addWidget(new QLabel(QStringLiteral("Select the text and copy it into your message "
-                                                "to support:"),
+    layout->addWidget(new QLabel(QStringLiteral("Copy the text below into your message to "
+                                                "support:"),
                                  &dialog));
     layout->addWidget(box, 1);
     layout->addWidget(buttons);

@@ -534,6 +534,8 @@ void frmMain::Form_Load(const QString& projectFile) {
 
 void frmMain::ProjectOpened() {
     m_history->clear();
+    // Remembered now, not only at exit: after a crash the next start reopens it.
+    ModMain::SetLastDB(ModMain::DB().GetDBFilename());
     YesProject();
     ShowProjectPath(ModMain::DB().GetDBFilename());
     NoTimetable();

@@ -68,8 +68,8 @@ public:
 
     // Dragging a lesson: tints the periods where the lesson in (row, col)
     // would clash and returns the drag's data (none for an empty cell);
-    // EndLessonDrag takes the tints away. The drop arrives as the grid's
-    // drop event.
+    // EndLessonDrag takes the tints away and, when the grid took a drop,
+    // moves the lesson there.
     QMimeData* BeginLessonDrag(int row, int col);
     void EndLessonDrag();
 
@@ -190,6 +190,7 @@ private:
     void startLessonDrag(int row, int col);
     struct LessonDrag {
         int row = -1, col = -1;
+        int dropRow = -1, dropCol = -1; // where it was dropped, moved when the drag ends
         qint32 timetable = 0;
         QHash<QPair<int, int>, QColor> tinted; // cell -> its colour before
     };

@@ -37,7 +37,10 @@ QMimeData* frmMain::BeginLessonDrag(int row, int col) {
         const ModMain::Lesson lesson = ModMain::ReadLesson(from);
         if (lesson.isEmpty())
             return nullptr;
-        m_drag = LessonDrag{row, col, Timetable::current().ID, {}};
+        m_drag = LessonDrag();
+        m_drag.row = row;
+        m_drag.col = col;
+        m_drag.timetable = Timetable::current().ID;
         for (int r = 1; r < g->rows(); ++r)
             for (int c = 1; c < g->cols(); ++c) {
                 ModMain::Cell at;
@@ -57,7 +60,21 @@ QMimeData* frmMain::BeginLessonDrag(int row, int col) {
 void frmMain::EndLessonDrag() {
     for (auto it = m_drag.tinted.cbegin(); it != m_drag.tinted.cend(); ++it)
         g->setCellBackColor(it.key().first, it.key().second, it.value());
+    const LessonDrag drag = m_drag;
     m_drag = LessonDrag();
+    if (drag.dropRow < 0)
+        return;
+    Guard("frmMain", "g_DragDrop", [&] {
+        ModMain::Cell from, to;
+        if (drag.timetable != Timetable::current().ID ||
+            !ModMain::CellAt(*g, drag.row, drag.col, from) ||
+            !ModMain::CellAt(*g, drag.dropRow, drag.dropCol, to))
+            return;
+        const bool moved = ModMain::MoveLesson(from, to, this);
+        LoadTimetable(Timetable::current().ID);
+        if (moved)
+            g->setRowCol(drag.dropRow, drag.dropCol);
+    });
 }
 
 void frmMain::startLessonDrag(int row, int col) {
@@ -99,6 +116,14 @@ bool frmMain::lessonDragEvent(QEvent* event) {
         m_pressed = QPoint(-1, -1);
         return false;
     case QEvent::DragEnter:
+        // The drag starts over its own cell: taken here, or the grid would
+        // get no move or drop events at all; each move then says where it fits.
+        if (static_cast<QDragEnterEvent*>(event)->mimeData()->hasFormat(kLessonFormat) &&
+            m_drag.row > 0)
+            static_cast<QDragEnterEvent*>(event)->acceptProposedAction();
+        else
+            event->ignore();
+        return true;
     case QEvent::DragMove: {
         auto* drag = static_cast<QDragMoveEvent*>(event);
         const QPoint at = cellUnder(*g, drag->position().toPoint());
@@ -116,23 +141,15 @@ bool frmMain::lessonDragEvent(QEvent* event) {
     case QEvent::DragLeave:
         return true;
     case QEvent::Drop: {
+        // The move itself waits for the drag to end: a clash question must
+        // not open while the pointer is still held by the drag.
         auto* drop = static_cast<QDropEvent*>(event);
         const QPoint at = cellUnder(*g, drop->position().toPoint());
-        Guard("frmMain", "g_DragDrop", [&] {
-            ModMain::Cell from, to;
-            if (!drop->mimeData()->hasFormat(kLessonFormat) || m_drag.row < 0 ||
-                !ModMain::CellAt(*g, m_drag.row, m_drag.col, from) ||
-                !ModMain::CellAt(*g, at.y(), at.x(), to))
-                return;
-            // The grid is drawn again from the file: the tints go with it.
-            m_drag.tinted.clear();
-            const bool moved = ModMain::MoveLesson(from, to, this);
-            LoadTimetable(Timetable::current().ID);
-            if (moved) {
-                g->setRowCol(at.y(), at.x());
-                drop->acceptProposedAction();
-            }
-        });
+        if (drop->mimeData()->hasFormat(kLessonFormat) && m_drag.row > 0 && at.x() > 0) {
+            m_drag.dropRow = at.y();
+            m_drag.dropCol = at.x();
+            drop->acceptProposedAction();
+        }
         return true;
     }
     default:

@@ -254,7 +254,8 @@ void frmMain::mnuFileDelete_Click() {
             return;
         WaitCursor wait;
         {
-            const ActionName name(QStringLiteral("Delete Timetable ") + Timetable::current().Title);
+            const ActionName name(QStringLiteral("Delete Timetable ") +
+                                  ModMain::GetTimetableName(Timetable::current().ID));
             ModMain::DeleteTimetable(Timetable::current().ID);
         }
         Timetable::current().ID = 0;

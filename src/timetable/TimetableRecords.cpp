@@ -279,7 +279,6 @@ TimetableRow ReadTimetable(qint32 TimetableID) {
     row.TimeOnTop = rs.Field("TimeOnTop").toBool();
     row.Time12Hour = rs.Field("Time12Hour").toBool();
     row.Type = rs.Field("Type").toString();
-    row.Title = rs.Field("Title").toString();
     return row;
 }
 

@@ -30,7 +30,6 @@ struct TimetableRow {
     bool TimeOnTop = true;
     bool Time12Hour = false;
     QString Type;
-    QString Title; // "Class 7A"
 };
 TimetableRow ReadTimetable(qint32 TimetableID);
 // The clock and axis of a timetable, as the format dialog edits them.

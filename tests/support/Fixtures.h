@@ -11,10 +11,8 @@
 #include "timetable/SlotLookup.h"
 #include "timetable/TimetableRecords.h"
 
-#include <QComboBox>
-#include <QDialog>
-#include <QListWidget>
 #include <QtTest>
+#include <QtWidgets>
 
 namespace Fixtures {
 using namespace TestSupport;
@@ -70,8 +68,8 @@ inline ModMain::Cell cellAt(qint32 timetable, int day, int period) {
     ModMain::Cell cell;
     cell.TimetableID = timetable;
     cell.Type = ModMain::ReadTimetable(timetable).Type;
-    const QString heading = QStringLiteral("SELECT id FROM %1 WHERE TimetableID = %2 AND "
-                                           "Project%1ID = %3");
+    const QString heading =
+        QStringLiteral("SELECT id FROM %1 WHERE TimetableID = %2 AND Project%1ID = %3");
     cell.DayTitleID = value(heading, "DayTitle", timetable, projectID("DayTitle", day)).toInt();
     cell.TimeTitleID =
         value(heading, "TimeTitle", timetable, projectID("TimeTitle", period)).toInt();

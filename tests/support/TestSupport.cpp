@@ -4,15 +4,8 @@
 #include "store/TimeText.h"
 #include "wizards/WizardState.h"
 
-#include <QApplication>
-#include <QDialog>
-#include <QDir>
-#include <QFile>
-#include <QPointer>
-#include <QPushButton>
-#include <QTest>
-#include <QTime>
-#include <QTimer>
+#include <QtTest>
+#include <QtWidgets>
 #include <sqlite3.h>
 
 namespace TestSupport {
@@ -51,11 +44,13 @@ QString TestEnv::newProjectWithCalendar(const QStringList& days, const QStringLi
     for (int i = 0; i + 1 < startTimes.size(); ++i) {
         const QTime start = TimeText::Parse(startTimes.at(i));
         const QTime end = TimeText::Parse(startTimes.at(i + 1));
-        db.Execute(QStringLiteral("INSERT INTO ProjectTimeTitle (StartTime,Duration,Width,Height,"
-                                  "SpecialID,Pos) VALUES ('%1 ', '%2',1600,600,1, %3);")
-                       .arg(TimeText::ToText(start))
-                       .arg(start.secsTo(end) / 60)
-                       .arg(i + 1));
+        db.Execute(
+            QStringLiteral(
+                "INSERT INTO ProjectTimeTitle (StartTime,Duration,Width,Height,SpecialID,Pos) "
+                "VALUES ('%1 ', '%2',1600,600,1, %3);")
+                .arg(TimeText::ToText(start))
+                .arg(start.secsTo(end) / 60)
+                .arg(i + 1));
     }
     for (int i = 0; i < days.size(); ++i)
         db.Execute(QStringLiteral("INSERT INTO ProjectDayTitle (DOW,Height,Width,SpecialID,Pos) "

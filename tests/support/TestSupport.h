@@ -8,10 +8,7 @@
 #include "common/FileDialogs.h"
 #include "store/ModMain.h"
 
-#include <QList>
-#include <QString>
-#include <QTemporaryDir>
-#include <QWidget>
+#include <QtWidgets>
 #include <functional>
 #include <memory>
 
@@ -27,7 +24,6 @@ public:
     ~TestEnv();
     TestEnv(const TestEnv&) = delete;
     TestEnv& operator=(const TestEnv&) = delete;
-
     QString dir() const { return m_dir.path(); }
     QString path(const QString& name) const { return m_dir.filePath(name); }
     // A copy of blank.db under the given name.

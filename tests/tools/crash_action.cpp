@@ -46,13 +46,12 @@ void prepare() {
     Wizard::WriteProjectCalendar(hours(), kDays);
     QVector<qint32> rooms;
     for (int i = 0; i < 4; ++i)
-        rooms << CreateRoomRecord(QStringLiteral("Room %1").arg(i + 1), 30);
-    const qint32 maths = CreateSubjectRecord(QStringLiteral("Maths"), 1);
-    const qint32 tutor =
-        CreateTutorRecord(QStringLiteral("Ms O'Hara"), QStringLiteral("OH"), QString(), QString());
-    CreateTutorRecord(QStringLiteral("Mr Brown"), QStringLiteral("BR"), QString(), QString());
-    const qint32 room = CreateTimetable(QStringLiteral("Room"), rooms.first(), 1);
-    CreateTimetable(QStringLiteral("Class"), insertClass(QStringLiteral("7A")), 2);
+        rooms << CreateRoomRecord(QString("Room %1").arg(i + 1), 30);
+    const qint32 maths = CreateSubjectRecord("Maths", 1);
+    const qint32 tutor = CreateTutorRecord("Ms O'Hara", "OH", QString(), QString());
+    CreateTutorRecord("Mr Brown", "BR", QString(), QString());
+    const qint32 room = CreateTimetable("Room", rooms.first(), 1);
+    CreateTimetable("Class", insertClass("7A"), 2);
     for (int day = 1; day <= kDays.size(); ++day)
         for (int period = 1; period < hours().size(); ++period) {
             const qint32 slot = slotAt(room, day, period);
@@ -64,7 +63,7 @@ void prepare() {
 }
 
 qint32 tutorTimetable() {
-    return idOf(QStringLiteral("SELECT id FROM Timetable WHERE Type = 'Tutor'"));
+    return idOf("SELECT id FROM Timetable WHERE Type = 'Tutor'");
 }
 
 // The grid of the first timetable, as the window draws it.
@@ -78,24 +77,21 @@ bool run(const QString& action) {
     if (action == QLatin1String("prepare"))
         prepare();
     else if (action == QLatin1String("prepare-tick")) {
-        const qint32 tutor = idOf(QStringLiteral("SELECT id FROM Tutor WHERE name = 'Ms O''Hara'"));
-        TickResource(ResourceKind::Tutor, tutor,
-                     cellAt(CreateTimetable(QStringLiteral("Tutor"), tutor, 1), 1, 1));
+        const qint32 tutor = idOf("SELECT id FROM Tutor WHERE name = 'Ms O''Hara'");
+        TickResource(ResourceKind::Tutor, tutor, cellAt(CreateTimetable("Tutor", tutor, 1), 1, 1));
     } else if (action == QLatin1String("tick-class"))
         // Mirrored into 7A's own timetable and the room's, which share the tutor.
-        TickResource(ResourceKind::Class,
-                     idOf(QStringLiteral("SELECT id FROM Class WHERE name = '7A'")),
+        TickResource(ResourceKind::Class, idOf("SELECT id FROM Class WHERE name = '7A'"),
                      cellAt(tutorTimetable(), 1, 1));
     else if (action == QLatin1String("autofill")) {
         // 7A's free cells with Maths, Mr Brown and the rooms; the same
         // shuffle every time, so every run writes the same rows.
         AutoFill::State& a = AutoFill::state();
-        a.AutoFill_WhoID = idOf(QStringLiteral("SELECT id FROM Timetable WHERE Type = 'Class'"));
-        a.AutoFill_IncludeSubjects = {idOf(QStringLiteral("SELECT id FROM Subject WHERE id <> 1"))};
+        a.AutoFill_WhoID = idOf("SELECT id FROM Timetable WHERE Type = 'Class'");
+        a.AutoFill_IncludeSubjects = {idOf("SELECT id FROM Subject WHERE id <> 1")};
         a.AutoFill_IncludeSubjectPeriods = {20};
-        a.AutoFill_Tutors = {idOf(QStringLiteral("SELECT id FROM Tutor WHERE name = 'Mr Brown'"))};
-        for (auto rs = DB().Execute(QStringLiteral("SELECT id FROM Room WHERE id <> 1")); !rs.eof();
-             rs.MoveNext())
+        a.AutoFill_Tutors = {idOf("SELECT id FROM Tutor WHERE name = 'Mr Brown'")};
+        for (auto rs = DB().Execute("SELECT id FROM Room WHERE id <> 1"); !rs.eof(); rs.MoveNext())
             a.AutoFill_Rooms << rs.Field("id").toInt();
         a.AutoFill_MethodID = 1;
         Common::Randomize(7);
@@ -104,17 +100,16 @@ bool run(const QString& action) {
     } else if (action == QLatin1String("calendar"))
         Wizard::WriteProjectCalendar(hours(), kDays);
     else if (action == QLatin1String("create-tutor"))
-        CreateTimetable(QStringLiteral("Tutor"),
-                        idOf(QStringLiteral("SELECT id FROM Tutor WHERE name = 'Mr Brown'")), 3);
+        CreateTimetable("Tutor", idOf("SELECT id FROM Tutor WHERE name = 'Mr Brown'"), 3);
     else if (action == QLatin1String("delete"))
         // The room's timetable: the one with slots and links to remove.
-        DeleteTimetable(idOf(QStringLiteral("SELECT id FROM Timetable WHERE Type = 'Room'")));
+        DeleteTimetable(idOf("SELECT id FROM Timetable WHERE Type = 'Room'"));
     else if (action == QLatin1String("format"))
         SaveTimetableFormat(first, true, false);
     else if (action == QLatin1String("day-template"))
-        Wizard::StoreDayTemplate(QStringLiteral("Week B"), kDays);
+        Wizard::StoreDayTemplate("Week B", kDays);
     else if (action == QLatin1String("hour-template"))
-        Wizard::StoreHourTemplate(QStringLiteral("Short day"), hours());
+        Wizard::StoreHourTemplate("Short day", hours());
     else if (action == QLatin1String("sizes") || action == QLatin1String("same-size")) {
         FlexGrid grid;
         showFirst(grid);

@@ -10,7 +10,7 @@
 #include "store/ModMain.h"
 #include "store/Project.h"
 
-#include <QApplication>
+#include <QtWidgets>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>

@@ -8,10 +8,7 @@
 //   FAIL <path> <reason>
 // Opening (with the listing of its timetables), each timetable shown and the
 // closing are the actions; each may show at most one message box. Looking at
-// a file must leave it byte for byte as it was. Before each file a marker
-// line "== <path>" goes to stderr, and "== end" after the last, so the caller
-// can tell whose file any diagnostic on stderr belongs to; each box's text
-// goes there too.
+// a file must leave it byte for byte as it was. Each box's text goes to stderr.
 //
 // Exit code 0 when every file was OK, 1 when one was not, 2 on misuse.
 
@@ -22,12 +19,9 @@
 #include "timetable/TimetableRecords.h"
 #include "timetable/TimetableState.h"
 
-#include <QApplication>
-#include <QFile>
-#include <QFileInfo>
-#include <QStringList>
-#include <QTemporaryDir>
+#include <QtWidgets>
 #include <cstdio>
+#include <functional>
 #include <memory>
 
 namespace {
@@ -55,76 +49,54 @@ QString oneLine(const QString& text, int limit = 300) {
     return s;
 }
 
-// Counts the boxes of the action running now and answers each with its
-// default: No to a question, so no wizard or second project starts.
-class BoxCounter {
-public:
-    BoxCounter() {
-        Common::SetMsgBoxHandler([this](const QString& text, Common::MsgButtons buttons,
-                                        Common::MsgIcon, const QString&) {
-            ++m_total;
-            ++m_inAction;
-            m_texts << oneLine(text);
-            std::fprintf(stderr, "box: %s\n", qPrintable(m_texts.last()));
-            const bool question =
-                buttons == Common::MsgButtons::YesNo || buttons == Common::MsgButtons::YesNoCancel;
-            return question ? Common::MsgResult::No : Common::MsgResult::Ok;
-        });
-    }
-    ~BoxCounter() { Common::SetMsgBoxHandler({}); }
-    BoxCounter(const BoxCounter&) = delete;
-    BoxCounter& operator=(const BoxCounter&) = delete;
-
-    // Runs one user action and notes it when it showed more than one box.
-    template <class F> void action(const QString& name, F&& f) {
-        m_inAction = 0;
-        m_texts.clear();
-        std::forward<F>(f)();
-        QCoreApplication::processEvents();
-        ++m_actions;
-        if (m_inAction > 1)
-            m_problems << QStringLiteral("%1 boxes in %2: %3")
-                              .arg(m_inAction)
-                              .arg(name, m_texts.join(QStringLiteral(" | ")));
-    }
-
-    int total() const { return m_total; }
-    int actions() const { return m_actions; }
-    const QStringList& problems() const { return m_problems; }
-
-private:
-    int m_total = 0;
-    int m_inAction = 0;
-    int m_actions = 0;
-    QStringList m_texts;
-    QStringList m_problems;
-};
-
 // Shows one project from opening to closing; returns its report line.
 QString showProject(const QString& path) {
     const QByteArray before = diskState(path);
-    BoxCounter boxes;
+    int boxes = 0, inAction = 0, actions = 0;
+    QStringList texts, problems;
+    Common::SetMsgBoxHandler([&](const QString& text, Common::MsgButtons buttons, Common::MsgIcon,
+                                 const QString&) {
+        ++boxes;
+        ++inAction;
+        texts << oneLine(text);
+        std::fprintf(stderr, "box: %s\n", qPrintable(texts.last()));
+        // No to a question, so no wizard or second project starts.
+        return buttons == Common::MsgButtons::YesNo || buttons == Common::MsgButtons::YesNoCancel
+                   ? Common::MsgResult::No
+                   : Common::MsgResult::Ok;
+    });
+    // One user action, noted when it showed more than one box.
+    const auto action = [&](const QString& name, const std::function<void()>& f) {
+        inAction = 0;
+        texts.clear();
+        f();
+        QCoreApplication::processEvents();
+        ++actions;
+        if (inAction > 1)
+            problems << QStringLiteral("%1 boxes in %2: %3")
+                            .arg(inAction)
+                            .arg(name, texts.join(QStringLiteral(" | ")));
+    };
     {
         frmMain w;
         w.show();
         QVector<ModMain::TimetableEntry> list;
-        boxes.action(QStringLiteral("Form_Load"), [&] {
+        action(QStringLiteral("Form_Load"), [&] {
             w.Form_Load(path);
             // The timetable list is read as the toolbar reads it on opening.
             if (ModMain::ProjectIsOpen())
                 Guard("show_project", "TimetableList", [&] { list = ModMain::TimetableList(); });
         });
         for (const ModMain::TimetableEntry& t : list)
-            boxes.action(QStringLiteral("LoadTimetable(%1)").arg(t.id),
-                         [&] { w.LoadTimetable(t.id); });
-        boxes.action(QStringLiteral("close"), [&] { w.close(); });
+            action(QStringLiteral("LoadTimetable(%1)").arg(t.id), [&] { w.LoadTimetable(t.id); });
+        action(QStringLiteral("close"), [&] { w.close(); });
     }
     // Nothing of this project may reach the next one.
+    Common::SetMsgBoxHandler({});
     ModMain::DB().DBClose();
     Timetable::Reset();
 
     const QByteArray after = diskState(path);
-    QStringList problems = boxes.problems();
     if (before != after)
         problems.prepend(QStringLiteral("the file or those beside it changed: %1 bytes of it and "
                                         "its companions before, %2 after")
@@ -132,10 +104,7 @@ QString showProject(const QString& path) {
                              .arg(after.size()));
     if (!problems.isEmpty())
         return QStringLiteral("FAIL %1 %2").arg(path, problems.join(QStringLiteral("; ")));
-    return QStringLiteral("OK %1 boxes=%2 actions=%3")
-        .arg(path)
-        .arg(boxes.total())
-        .arg(boxes.actions());
+    return QStringLiteral("OK %1 boxes=%2 actions=%3").arg(path).arg(boxes).arg(actions);
 }
 
 } // namespace
@@ -154,18 +123,13 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vantor Planner"));
     QApplication::setStyle(QStringLiteral("Fusion"));
-
     bool allOk = true;
     for (int i = 1; i < argc; ++i) {
         const QString path = QString::fromLocal8Bit(argv[i]);
-        std::fprintf(stderr, "== %s\n", argv[i]);
-        std::fflush(stderr);
         const QString line = showProject(path);
         allOk = allOk && line.startsWith(QLatin1String("OK "));
         std::printf("%s\n", line.toLocal8Bit().constData());
         std::fflush(stdout);
     }
-    std::fputs("== end\n", stderr);
-    std::fflush(stderr);
     return allOk ? 0 : 1;
 }
