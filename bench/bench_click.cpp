@@ -60,45 +60,6 @@ void BM_GridClick(benchmark::State& state) {
 }
 BENCHMARK(BM_GridClick)->Unit(benchmark::kMillisecond)->Repetitions(3)->ReportAggregatesOnly(true);
 
-void BM_GridClickPerRow(benchmark::State& state) {
-    frmMain& w = shown().window;
-    int k = 0;
-    const struct {
-        FlexGrid* list;
-        ModMain::ResourceKind kind;
-    } lists[] = {{w.gTutor, ModMain::ResourceKind::Tutor},
-                 {w.gSubject, ModMain::ResourceKind::Subject},
-                 {w.gRoom, ModMain::ResourceKind::Room},
-                 {w.gClass, ModMain::ResourceKind::Class}};
-    for (auto _ : state) {
-        state.PauseTiming();
-        nextCell(*w.g, k);
-        ModMain::Cell cell;
-        ModMain::CurrentCell(*w.g, cell);
-        state.ResumeTiming();
-        Transaction read(Transaction::Read);
-        for (const auto& l : lists) {
-            QVector<qint32> ids;
-            QStringList statuses;
-            for (int r = 1; r < l.list->rows(); ++r) {
-                ids << l.list->rowData(r);
-                statuses << l.list->textMatrix(r, 0);
-            }
-            const auto states = ModMain::ListSelectionPerRow(
-                l.kind, ids, statuses, cell.SlotID, cell.ProjectTimeTitleID, cell.ProjectDayTitleID,
-                cell.SlotID > 0 ? cell.SlotID : -1);
-            for (int r = 1; r < l.list->rows(); ++r)
-                ModMain::SetListRow(*l.list, r, states.at(r - 1).status, states.at(r - 1).checked);
-        }
-        w.repaint();
-        QApplication::processEvents();
-    }
-    state.SetLabel("the per-row way, for comparison");
-}
-BENCHMARK(BM_GridClickPerRow)
-    ->Unit(benchmark::kMillisecond)
-    ->Repetitions(3)
-    ->ReportAggregatesOnly(true);
 } // namespace
 
 int main(int argc, char** argv) {

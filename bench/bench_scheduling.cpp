@@ -1,7 +1,7 @@
 // Manual scheduling on a large school, each beside its budget: the four
-// lists' statuses for a selected cell (one availability test per row, and the
-// batched way the window uses), and ticking a class on a tutor's timetable
-// with the mirroring it brings, its commit included.
+// lists' statuses for a selected cell, counted in lessons, and ticking a
+// class on a tutor's timetable with the lesson written into every timetable
+// it belongs in, its commit included.
 
 #include "LargeSchool.h"
 #include "common/Common.h"
@@ -9,8 +9,6 @@
 #include "scheduling/Availability.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
-#include "store/Records.h"
-#include "store/Transaction.h"
 
 #include <QApplication>
 #include <benchmark/benchmark.h>
@@ -67,7 +65,7 @@ List listOf(ResourceKind kind) {
     return list;
 }
 
-template <bool Fast> void BM_ListStatuses(benchmark::State& state) {
+void BM_ListStatuses(benchmark::State& state) {
     school();
     const QVector<ModMain::Cell> cells = tutorCells();
     QVector<List> lists;
@@ -77,32 +75,21 @@ template <bool Fast> void BM_ListStatuses(benchmark::State& state) {
     for (auto _ : state) {
         const ModMain::Cell& c = cells[next];
         for (int k = 0; k < 4; ++k) {
-            const auto rows =
-                Fast ? ModMain::ListSelection(kKinds[k], lists[k].ids, lists[k].status, c.SlotID,
-                                              c.ProjectTimeTitleID, c.ProjectDayTitleID, c.SlotID)
-                     : ModMain::ListSelectionPerRow(kKinds[k], lists[k].ids, lists[k].status,
-                                                    c.SlotID, c.ProjectTimeTitleID,
-                                                    c.ProjectDayTitleID, c.SlotID);
+            const auto rows = ModMain::ListStates(kKinds[k], lists[k].ids, c);
             benchmark::DoNotOptimize(rows.data());
         }
         next = (next + 1) % cells.size();
     }
-    state.SetLabel(Fast ? "budget 16 ms, widgets included" : "the reference, no budget");
+    state.SetLabel("part of the grid click");
 }
-BENCHMARK_TEMPLATE(BM_ListStatuses, false)
-    ->Name("BM_ListStatusesPerRow")
-    ->Unit(benchmark::kMillisecond)
-    ->Repetitions(3)
-    ->ReportAggregatesOnly(true);
-BENCHMARK_TEMPLATE(BM_ListStatuses, true)
-    ->Name("BM_ListStatusesFast")
+BENCHMARK(BM_ListStatuses)
     ->Unit(benchmark::kMillisecond)
     ->Repetitions(3)
     ->ReportAggregatesOnly(true);
 
 // A class to tick on each cell: another class than the one taught there, so
-// the tutor goes into that class's own timetable and the slot's links to
-// every timetable sharing the tutor.
+// the lesson is written anew into its tutor's, room's and both classes'
+// timetables.
 QVector<qint32> classesToTick(const QVector<ModMain::Cell>& cells) {
     QVector<qint32> classes;
     for (auto rs = ModMain::DB().Execute(QStringLiteral("SELECT id FROM Class WHERE id<>1"));
@@ -110,8 +97,12 @@ QVector<qint32> classesToTick(const QVector<ModMain::Cell>& cells) {
         classes << rs.Field("id").toInt();
     QVector<qint32> picks;
     for (int i = 0; i < cells.size(); ++i) {
-        const qint32 taught =
-            ModMain::LinkedResources(ResourceKind::Class, cells[i].SlotID).value(0);
+        const qint32 taught = ModMain::DB()
+                                  .Execute(QStringLiteral("SELECT ClassID FROM ClassSlot WHERE "
+                                                          "SlotID = %1")
+                                               .arg(cells[i].SlotID))
+                                  .Field(qint16(0))
+                                  .toInt();
         const int at = qMax(0, int(classes.indexOf(taught)));
         picks << classes[(at + 1 + i % (classes.size() - 1)) % classes.size()];
     }
@@ -160,59 +151,6 @@ BENCHMARK(BM_TickSubject)
     ->Repetitions(3)
     ->ReportAggregatesOnly(true);
 
-// The tick's propagation alone, the reference way and the fast way, in a
-// transaction of its own, after the tick's link and its own-timetable mirror.
-template <bool Fast> void BM_ClassTickPropagation(benchmark::State& state) {
-    school();
-    const QVector<ModMain::Cell> cells = tutorCells();
-    const QVector<qint32> classes = classesToTick(cells);
-    const Bench::Restore restore;
-    int next = 0;
-    for (auto _ : state) {
-        const ModMain::Cell& c = cells[next];
-        state.PauseTiming();
-        {
-            Transaction tx;
-            ModMain::CreateClassSlotRecord(c.SlotID, classes[next]);
-            qint32 own = ModMain::DB()
-                             .Execute(QStringLiteral("SELECT id FROM timetable WHERE ClassID = %1 "
-                                                     "AND type = 'Class';")
-                                          .arg(classes[next]))
-                             .Field("id")
-                             .toInt();
-            qint32 mirrored = c.SlotID;
-            ModMain::CreateCrossReferenceTimetable(mirrored, own, c.ProjectTimeTitleID,
-                                                   c.ProjectDayTitleID, c.Type, c.TimetableID);
-        }
-        state.ResumeTiming();
-        {
-            Transaction tx;
-            qint32 slot = c.SlotID;
-            if (Fast)
-                ModMain::PropagateClassTick(slot, c.TimetableID, c.ProjectTimeTitleID,
-                                            c.ProjectDayTitleID);
-            else
-                ModMain::PropagateClassTickPerRow(slot, c.TimetableID, c.ProjectTimeTitleID,
-                                                  c.ProjectDayTitleID);
-        }
-        state.PauseTiming();
-        restore();
-        next = (next + 1) % cells.size();
-        state.ResumeTiming();
-    }
-    state.SetLabel(Fast ? "part of the tick" : "the reference, no budget");
-}
-BENCHMARK_TEMPLATE(BM_ClassTickPropagation, false)
-    ->Name("BM_ClassTickPropagationPerRow")
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(3)
-    ->Repetitions(3)
-    ->ReportAggregatesOnly(true);
-BENCHMARK_TEMPLATE(BM_ClassTickPropagation, true)
-    ->Name("BM_ClassTickPropagationFast")
-    ->Unit(benchmark::kMillisecond)
-    ->Repetitions(3)
-    ->ReportAggregatesOnly(true);
 } // namespace
 
 int main(int argc, char** argv) {

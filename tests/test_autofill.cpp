@@ -50,7 +50,8 @@ QHash<QString, QSet<QString>> bookings() {
         for (const QString& row :
              rows("SELECT %1Slot.%1ID, TimeTitle.ProjectTimeTitleID, DayTitle.ProjectDayTitleID, "
                   "Slot.ID FROM Slot, %1Slot, DayTitle, TimeTitle WHERE Slot.ID = %1Slot.SlotID "
-                  "AND Slot.DayTitleID = DayTitle.ID AND Slot.TimeTitleID = TimeTitle.ID",
+                  "AND Slot.DayTitleID = DayTitle.ID AND Slot.TimeTitleID = TimeTitle.ID AND "
+                  "Slot.TimetableID IN (SELECT id FROM Timetable WHERE Type = 'Class')",
                   QLatin1String(kind))) {
             const QStringList f = row.split('|');
             out[QStringLiteral("%1 %2 at %3/%4").arg(QLatin1String(kind), f[0], f[1], f[2])]
@@ -272,13 +273,14 @@ private Q_SLOTS:
         ModMain::FillProgress quiet;
         QCOMPARE(ModMain::RunAutoFill(quiet), ModMain::FillOutcome::Finished);
         QCOMPARE(takenCells(tt).mid(0, 1), taken);
-        // The tutor-only cell keeps its slot and gains the subject; no class
-        // links, and nothing in other timetables.
+        // The tutor-only cell keeps its slot and gains the subject; each cell
+        // filled links its class, and no other timetable gains a slot (the
+        // tutors have none).
         QCOMPARE(rows("SELECT (SELECT COUNT(*) FROM Slot WHERE TimetableID = %1), (SELECT COUNT(*) "
                       "FROM SubjectSlot WHERE SlotID = %2), (SELECT COUNT(*) FROM ClassSlot), "
                       "(SELECT COUNT(*) FROM Slot WHERE TimetableID <> %1)",
                       tt, tutorOnly),
-                 QStringList{"4|1|0|1"});
+                 QStringList{"4|1|3|1"});
         // On Monday 9:00 B, who teaches none of the class's periods yet, earns
         // the bonus A does not; on Tuesday 8:00 B is busy, so A is taken.
         const auto tutorAt = [&](qint32 timetable, int day, int period) {

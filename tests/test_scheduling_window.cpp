@@ -7,6 +7,7 @@
 #include "shell/frmMain.h"
 #include "store/Records.h"
 #include "support/Fixtures.h"
+#include "timetable/CellLook.h"
 #include "timetable/TimetableState.h"
 
 #include <QtTest>
@@ -145,21 +146,23 @@ private Q_SLOTS:
         ModMain::CreateTutorSlotRecord(slotAt(s.t7A, 1, 1), s.mark);
         s.select(s.t7B, 1, 1);
         const qint32 before = value("SELECT COUNT(*) FROM TutorSlot").toInt();
-        // Details names the timetables, one per line, then asks again; No changes nothing.
+        // Details names the other lessons with their timetables, one per line,
+        // then asks again; No changes nothing.
         ModalDriver driver;
         driver.expect("frmClash", clash("cmdDetails"));
         driver.expect("frmClash", clash("cmdNo"));
         QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mark); }), QString());
-        QCOMPARE(
-            s.boxes.texts(),
-            QStringList{"This Tutor is also used in the following timetables:\r\nClass 7A\r\n"});
+        QCOMPARE(s.boxes.texts(),
+                 QStringList{"This Tutor is also used in the following timetables:\r\n7A with Mark "
+                             "(Class 7A)\r\n"});
         QCOMPARE(value("SELECT COUNT(*) FROM TutorSlot").toInt(), before);
         QCOMPARE(s.status(s.w->gTutor, s.mark), "Busy");
         // Yes with "don't show this again": linked, and later clashes go through unasked.
         driver = ModalDriver();
         driver.expect("frmClash", clash("cmdYes", true));
         QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mark); }), QString());
-        QCOMPARE(s.status(s.w->gTutor, s.mark), "-+");
+        // In this lesson and in 7A's at once: a real double booking.
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "Clash+");
         s.select(s.t7C, 1, 1);
         s.click(s.w->gTutor, s.mark); // no dialog may come
         QCOMPARE(s.status(s.w->gTutor, s.mark), "Clash+");
@@ -184,9 +187,10 @@ private Q_SLOTS:
             menu->close();
         });
         s.click(s.w->gTutor, s.mary, 2, Qt::RightButton);
-        QCOMPARE(s.boxes.texts(),
-                 QStringList{
-                     "This tutor is also allocated on the following timetables:\r\nClass 7A\r\n"});
+        QCOMPARE(
+            s.boxes.texts(),
+            QStringList{"This tutor is also allocated on the following timetables:\r\n7A with mary "
+                        "(Class 7A)\r\n"});
     }
     void tickingAndUntickingMirror() {
         School s;
@@ -228,8 +232,9 @@ private Q_SLOTS:
         QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE TimetableID = %1 AND SpecialID = 4", s.t7A),
                  "4");
         QCOMPARE(linksOfFull(), 0);
-        QCOMPARE(s.w->g->textMatrix(2, 2), QString());
-        QCOMPARE(s.w->g->cellBackColor(2, 2), QColor(224, 244, 250));
+        // A marked cell says what it is, in its own tint.
+        QCOMPARE(s.w->g->textMatrix(2, 2), QString("Break"));
+        QCOMPARE(s.w->g->cellBackColor(2, 2), ModMain::MarkTint(ModMain::SpecialID::Break, {}));
         // The selection is as the user left it.
         QCOMPARE(QPoint(s.w->g->col(), s.w->g->row()), QPoint(2, 2));
         QCOMPARE(QPoint(s.w->g->colSel(), s.w->g->rowSel()), QPoint(1, 1));
@@ -273,12 +278,13 @@ private Q_SLOTS:
             tutors->visualItemRect(table->item(s.rowOf(tutors, s.mark) - 1, 0)).center();
         QHelpEvent help(QEvent::ToolTip, at, tutors->viewport()->mapToGlobal(at));
         QCoreApplication::sendEvent(tutors->viewport(), &help);
-        QCOMPARE(QToolTip::text(), QStringLiteral("Busy at this time in:\nClass 7A"));
+        QCOMPARE(QToolTip::text(),
+                 QStringLiteral("Busy at this time in:\n7A with Mark (Class 7A)"));
         // Space on a list's row ticks it.
         s.w->gSubject->setFocus();
         s.w->gSubject->setRowCol(s.rowOf(s.w->gSubject, s.maths), 2);
         QTest::keyClick(s.w->gSubject, Qt::Key_Space);
-        QCOMPARE(s.status(s.w->gSubject, s.maths), "Avail+");
+        QCOMPARE(s.status(s.w->gSubject, s.maths), "-+");
         QCOMPARE(s.links("SubjectSlot", slotAt(s.t7B, 2, 1)), 1);
     }
     void listMenusEditResources() {

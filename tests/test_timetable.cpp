@@ -4,6 +4,7 @@
 #include "shell/frmMain.h"
 #include "store/Records.h"
 #include "support/Fixtures.h"
+#include "timetable/CellLook.h"
 #include "timetable/TimetableGrid.h"
 #include "timetable/TimetableState.h"
 #include "timetable/TimetableText.h"
@@ -184,32 +185,31 @@ private Q_SLOTS:
             QCOMPARE(w.gSubject->rowData(1), maths);
         }
     }
-    void tutorTimetableCrossReferencesRooms() {
+    void newTutorTimetableShowsItsLessons() {
         Project p;
         const qint32 lab = ModMain::CreateRoomRecord("Lab", 30);
         const qint32 hall = ModMain::CreateRoomRecord("Hall", 200);
+        const qint32 smith = ModMain::CreateTutorRecord("Smith", "Mr S", "", "");
         const qint32 labTT = makeTimetable(QStringLiteral("Room"), lab);
         const qint32 hallTT = makeTimetable(QStringLiteral("Room"), hall);
-        // Day 2 period 2 has two room bookings, day 1 period 3 one; a booking
-        // of an unrelated slot's room counts too (the rule is project-wide).
-        ModMain::CreateRoomSlotRecord(slotAt(labTT, 2, 2), lab);
-        ModMain::CreateRoomSlotRecord(slotAt(hallTT, 2, 2), hall);
-        ModMain::CreateRoomSlotRecord(slotAt(hallTT, 1, 3), hall);
-        slotAt(labTT, 1, 1); // a slot without a room books nothing
-        const qint32 tt = makeTimetable(QStringLiteral("Tutor"),
-                                        ModMain::CreateTutorRecord("Smith", "Mr S", "", ""));
+        // Smith teaches in the lab on day 2 period 2; the hall is booked then
+        // by someone else, and on day 1 period 3.
+        ModMain::TickResource(ModMain::ResourceKind::Tutor, smith, cellAt(labTT, 2, 2));
+        ModMain::TickResource(ModMain::ResourceKind::Class, insertClass("7A"),
+                              cellAt(hallTT, 2, 2));
+        ModMain::TickResource(ModMain::ResourceKind::Class, insertClass("7B"),
+                              cellAt(hallTT, 1, 3));
+        const qint32 tt = makeTimetable(QStringLiteral("Tutor"), smith);
+        // Only Smith's own lesson comes in, whole: no other room's booking.
         const auto rooms = [&](int day, int period) {
             return value("SELECT group_concat(RoomID) FROM Slot LEFT JOIN RoomSlot ON SlotID = "
                          "Slot.id JOIN DayTitle d ON d.id = DayTitleID JOIN TimeTitle t ON t.id = "
                          "TimeTitleID WHERE Slot.TimetableID = %1 AND d.Pos = %2 AND t.Pos = %3",
                          tt, day, period);
         };
-        QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE TimetableID = %1", tt), "3");
-        QCOMPARE(rooms(2, 2), QStringLiteral("%1,%2").arg(lab).arg(hall));
-        QCOMPARE(rooms(1, 3), QString::number(hall));
-        QCOMPARE(value("SELECT COUNT(*) FROM TutorSlot"), "0");
-        // Class timetables are not cross-referenced.
-        QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE TimetableID = %1", classTimetable()), "0");
+        QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE TimetableID = %1", tt), "1");
+        QCOMPARE(rooms(2, 2), QString::number(lab));
+        QCOMPARE(value("SELECT COUNT(*) FROM TutorSlot WHERE TutorID = %1", smith), "2");
     }
     void wizardCancelWritesNothing_data() {
         QTest::addColumn<int>("screensBefore");
@@ -319,10 +319,11 @@ private Q_SLOTS:
                                        switched ? "12:30 - 1:15" : "12:30 - 13:15", ""}));
         QCOMPARE(onTop ? g.textMatrix(2, 0) : g.textMatrix(0, 2), QStringLiteral("Satur'day"));
         const auto at = [&](int d, int p) { return onTop ? QPoint(p, d) : QPoint(d, p); };
-        const QColor white(255, 255, 255), lightBlue(224, 244, 250);
+        const QColor white(255, 255, 255);
         for (const auto& [slot, day, period, text, colour] :
              {std::tuple{maths, 1, 3, "\r\nMaths\r\n", white},
-              std::tuple{art, 2, 1, "\r\nArt\r\n", white}, std::tuple{off, 2, 4, "", lightBlue}}) {
+              std::tuple{art, 2, 1, "\r\nArt\r\n", white},
+              std::tuple{off, 2, 4, "Unavailable\r\n\r\nMaths\r\n", ModMain::WarningTint()}}) {
             const QPoint c = at(day, period);
             QCOMPARE(g.cellData(c.y(), c.x()), slot);
             QCOMPARE(g.textMatrix(c.y(), c.x()), QString::fromLatin1(text));
@@ -514,52 +515,6 @@ private Q_SLOTS:
                     QCOMPARE(cell(batched), cell(cellByCell));
                 }
         }
-    }
-    void fastCrossReferenceWritesTheSameRows() {
-        // Rooms booked in many timetables, twice in one slot, by a deleted room,
-        // with dangling links at the ids the new slots will take, and a day and a
-        // period that two headings of one timetable share.
-        Project p;
-        QRandomGenerator rng(7);
-        QList<qint32> rooms, timetables;
-        for (int i = 0; i < 8; ++i)
-            rooms << ModMain::CreateRoomRecord(QStringLiteral("R%1").arg(i), 20);
-        for (int i = 0; i < 4; ++i)
-            timetables << makeTimetable("Room", rooms[i])
-                       << classTimetable(QStringLiteral("C%1").arg(i));
-        for (qint32 tt : timetables)
-            for (int day = 1; day <= 2; ++day)
-                for (int period = 1; period <= 4; ++period)
-                    if (rng.bounded(3) != 0) {
-                        const qint32 slot = slotAt(tt, day, period);
-                        for (int n = rng.bounded(4); n > 0; --n)
-                            ModMain::CreateRoomSlotRecord(
-                                slot, rooms[rng.bounded(int(rooms.size()))], false);
-                    }
-        value("DELETE FROM Room WHERE id = %1", rooms[7]);
-        const qint32 nextSlot = value("SELECT MAX(id) + 1 FROM Slot").toInt();
-        for (int k = 0; k < 6; ++k)
-            ModMain::CreateRoomSlotRecord(nextSlot + 2 * k, rooms[k % 3], false);
-        value("INSERT INTO DayTitle (ProjectDayTitleID, TimetableID, DOW, Height, Width, "
-              "SpecialID, Pos) SELECT ProjectDayTitleID, TimetableID, DOW, 1200, 600, 1, 9 FROM "
-              "DayTitle WHERE TimetableID = %1 AND Pos = 1",
-              timetables[0]);
-        const qint32 target = classTimetable(QStringLiteral("Target"));
-        value("INSERT INTO TimeTitle (ProjectTimeTitleID, TimetableID, StartTime, Duration, Width, "
-              "Height, SpecialID, Pos) SELECT ProjectTimeTitleID, TimetableID, StartTime, "
-              "Duration, 1600, 1200, 1, 9 FROM TimeTitle WHERE TimetableID = %1 AND Pos = 2",
-              target);
-        ModMain::DB().DBClose();
-        const QString prescribed = p.env.path(QStringLiteral("prescribed.VNPL"));
-        const QString fast = p.env.path(QStringLiteral("fast.VNPL"));
-        QVERIFY(QFile::copy(p.file, prescribed) && QFile::copy(p.file, fast));
-        QVERIFY(p.env.open(prescribed));
-        ModMain::DoCrossReferenceNewTimetable(target, "Tutor", 2);
-        QVERIFY(p.env.open(fast));
-        ModMain::CrossReferenceNewTimetableFast(target, "Tutor", 2);
-        ModMain::DB().DBClose();
-        QVERIFY(dump(prescribed) != dump(p.file));
-        QCOMPARE(dump(fast), dump(prescribed));
     }
 };
 

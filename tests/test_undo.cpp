@@ -203,7 +203,7 @@ private Q_SLOTS:
         const QString before = s.now();
         s.messages.answer(Common::MsgResult::Yes);
         w.command("tbBreak")->trigger();
-        QCOMPARE(w.g->textMatrix(1, 1), QString());
+        QCOMPARE(w.g->textMatrix(1, 1), QString("Break"));
         QCOMPARE(undo->text(), QString("Undo Mark Break"));
         QVERIFY(undo->isEnabled() && w.command("tbUndo")->isEnabled());
         QCOMPARE(w.command("tbUndo")->toolTip(), QString("Undo Mark Break"));

@@ -8,6 +8,7 @@
 #include "store/Records.h"
 #include "store/TimeText.h"
 #include "store/Transaction.h"
+#include "timetable/Lessons.h"
 
 #include <cstdlib>
 #include <limits>
@@ -412,8 +413,13 @@ FillOutcome RunAutoFill(FillProgress& progress, Scoring scoring) {
                 return FillOutcome::Refused;
             // Cancel takes back what the run wrote; an error keeps it.
             DB().Execute(QStringLiteral("SAVEPOINT autofill_run;"));
+            // The fill writes into the class's cells; its lessons then go to
+            // their tutors' and rooms' timetables too.
+            OwnSlotsChange change(AutoFill::state().AutoFill_WhoID);
             try {
                 DoAutoFill(progress, scoring);
+                if (!ActionScope::Failed())
+                    change.writeOut();
             } catch (const FillCancelled&) {
                 DB().Execute(QStringLiteral("ROLLBACK TO autofill_run;"));
                 DB().Execute(QStringLiteral("RELEASE autofill_run;"));

@@ -237,8 +237,38 @@ QColor FlexGrid::cellForeColor(int r, int c) const {
 }
 
 void FlexGrid::setCellForeColor(int r, int c, const QColor& color) {
-    if (QTableWidgetItem* it = ensureItem(r, c))
-        it->setForeground(QBrush(color));
+    if (QTableWidgetItem* it = ensureItem(r, c)) {
+        if (color.isValid())
+            it->setForeground(QBrush(color));
+        else
+            it->setData(Qt::ForegroundRole, QVariant());
+    }
+}
+
+namespace {
+constexpr int kEdgeRole = Qt::UserRole + 7;
+}
+
+QColor FlexGrid::cellEdge(int r, int c) const {
+    const QTableWidgetItem* it = item(r, c);
+    return it ? it->data(kEdgeRole).value<QColor>() : QColor();
+}
+
+void FlexGrid::setCellEdge(int r, int c, const QColor& color) {
+    if (r < 1 || c < 1)
+        return;
+    if (QTableWidgetItem* it = color.isValid() ? ensureItem(r, c) : item(r, c))
+        it->setData(kEdgeRole, color.isValid() ? QVariant(color) : QVariant());
+}
+
+QString FlexGrid::cellToolTip(int r, int c) const {
+    const QTableWidgetItem* it = item(r, c);
+    return it ? it->toolTip() : QString();
+}
+
+void FlexGrid::setCellToolTip(int r, int c, const QString& text) {
+    if (QTableWidgetItem* it = text.isEmpty() ? item(r, c) : ensureItem(r, c))
+        it->setToolTip(text);
 }
 
 void FlexGrid::setCellAlignment(int r, int c, Qt::Alignment a) {
@@ -349,6 +379,27 @@ void FlexGrid::setEmptyText(const QString& text) {
 
 void FlexGrid::paintEvent(QPaintEvent* event) {
     QTableWidget::paintEvent(event);
+    {
+        // Frames over the cells that have one, inside the cell so a neighbour
+        // does not paint over them.
+        QPainter p(viewport());
+        const int top = std::max(0, rowAt(0)), left = std::max(0, columnAt(0));
+        int bottom = rowAt(viewport()->height() - 1), right = columnAt(viewport()->width() - 1);
+        if (bottom < 0)
+            bottom = rowCount() - 1;
+        if (right < 0)
+            right = columnCount() - 1;
+        for (int r = top; r <= bottom; ++r)
+            for (int c = left; c <= right; ++c) {
+                const QTableWidgetItem* it = QTableWidget::item(r, c);
+                const QColor edge = it ? it->data(kEdgeRole).value<QColor>() : QColor();
+                if (!edge.isValid())
+                    continue;
+                p.setPen(QPen(edge, 3));
+                p.setBrush(Qt::NoBrush);
+                p.drawRect(visualRect(model()->index(r, c)).adjusted(2, 2, -2, -2));
+            }
+    }
     if (m_emptyText.isEmpty() || (rowCount() > 0 && columnCount() > 0))
         return;
     QPainter p(viewport());

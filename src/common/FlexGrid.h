@@ -50,6 +50,11 @@ public:
     QColor cellForeColor(int r, int c) const;
     void setCellForeColor(int r, int c, const QColor& color);
     void setCellAlignment(int r, int c, Qt::Alignment a);
+    // A frame drawn around a body cell; an invalid colour draws none.
+    QColor cellEdge(int r, int c) const;
+    void setCellEdge(int r, int c, const QColor& color);
+    QString cellToolTip(int r, int c) const;
+    void setCellToolTip(int r, int c, const QString& text);
     void setColAlignment(int c, Qt::Alignment a);
 
     // Sizes in twips; 15 twips make a pixel at 96 dpi.

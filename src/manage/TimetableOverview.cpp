@@ -2,6 +2,7 @@
 
 #include "store/ModMain.h"
 #include "store/Transaction.h"
+#include "timetable/Lessons.h"
 
 namespace ModMain {
 
@@ -59,12 +60,11 @@ QVector<CapacityRow> TutorCapacity() {
     for (auto rs =
              DB().Execute(QStringLiteral("SELECT id, name FROM tutor WHERE id<>1 ORDER BY name"));
          !rs.eof(); rs.MoveNext()) {
-        auto tot = DB().Execute(QStringLiteral("SELECT COUNT(*) AS tot FROM TutorSlot WHERE "
-                                               "TutorID = ") +
-                                rs.Field(qint16(0)).toString());
-        const QString periods = tot.eof() ? QString() : tot.Field("tot").toString();
-        rows.append(
-            {rs.Field(qint16(1)).toString(), periods.isEmpty() ? QStringLiteral("0") : periods});
+        // Periods taught are lessons, however many timetables show each.
+        const qsizetype periods = LessonIndex::current()
+                                      .lessonsOf({ResourceKind::Tutor, rs.Field(qint16(0)).toInt()})
+                                      .size();
+        rows.append({rs.Field(qint16(1)).toString(), QString::number(periods)});
     }
     return rows;
 }

@@ -4,6 +4,7 @@
 #include "store/Records.h"
 #include "store/TimeText.h"
 #include "store/Transaction.h"
+#include "timetable/CellLook.h"
 #include "timetable/TimetableRecords.h"
 #include "timetable/TimetableText.h"
 
@@ -27,9 +28,10 @@ PrintedTimetable PrintTimetable(qint32 TimetableID) {
     Transaction read(Transaction::Read);
     PrintedTimetable t;
     const QString id = QString::number(TimetableID);
-    auto rs = DB().Execute(QStringLiteral("SELECT id, Type, TimeOnTop, Title FROM Timetable WHERE "
-                                          "id = ") +
-                           id);
+    auto rs =
+        DB().Execute(QStringLiteral("SELECT id, Type, TimeOnTop, Title, UnavailableBackground, "
+                                    "UnavailableForeground FROM Timetable WHERE id = ") +
+                     id);
     if (rs.eof())
         return t;
     const TimetableRow row = ReadTimetable(TimetableID);
@@ -40,14 +42,15 @@ PrintedTimetable PrintTimetable(qint32 TimetableID) {
 
     QVector<qint32> dayIDs, timeIDs;
     QStringList days, times;
-    for (auto d = DB().Execute(QStringLiteral("SELECT id, DOW FROM DayTitle WHERE TimetableID = ") +
+    for (auto d = DB().Execute(QStringLiteral("SELECT ProjectDayTitleID, DOW FROM DayTitle WHERE "
+                                              "TimetableID = ") +
                                id + QStringLiteral(" ORDER BY pos;"));
          !d.eof(); d.MoveNext()) {
         dayIDs << d.Field(qint16(0)).toInt();
         days << d.Field(qint16(1)).toString();
     }
-    for (auto p = DB().Execute(QStringLiteral("SELECT id, StartTime, Duration, SpecialID FROM "
-                                              "TimeTitle WHERE TimetableID = ") +
+    for (auto p = DB().Execute(QStringLiteral("SELECT ProjectTimeTitleID, StartTime, Duration, "
+                                              "SpecialID FROM TimeTitle WHERE TimetableID = ") +
                                id + QStringLiteral(" ORDER BY pos;"));
          !p.eof(); p.MoveNext()) {
         timeIDs << p.Field(qint16(0)).toInt();
@@ -61,28 +64,30 @@ PrintedTimetable PrintTimetable(qint32 TimetableID) {
         times << heading;
     }
 
-    // Cell texts by (day title, time title); a cell without a slot is blank.
-    const QHash<qint32, QString> texts = FormatSlotTexts(TimetableID, type);
-    const QString empty = EmptySlotText(type);
-    QHash<QPair<qint32, qint32>, QString> at;
-    for (auto s = DB().Execute(QStringLiteral("SELECT id, DayTitleID, TimeTitleID FROM Slot WHERE "
-                                              "TimetableID = ") +
-                               id + QLatin1Char(';'));
-         !s.eof(); s.MoveNext()) {
-        const QPair<qint32, qint32> key{s.Field(qint16(1)).toInt(), s.Field(qint16(2)).toInt()};
-        // Two slots in one cell: the later one shows, as in the grid.
-        at.insert(key, texts.value(s.Field(qint16(0)).toInt(), empty));
-    }
+    // Each cell as the grid shows it: its lessons, its mark, a double booking.
+    const LessonIndex& idx = LessonIndex::current();
+    const QColor unavailableBack = ColourFromNumber(rs.Field(qint16(4)).toLongLong());
+    const QColor unavailableFore = ColourFromNumber(rs.Field(qint16(5)).toLongLong());
+    const auto look = [&](qint32 day, qint32 time) {
+        return LookOfCell(idx, TimetableID, {day, time}, type, unavailableBack, unavailableFore);
+    };
     t.columnHeadings = t.timeOnTop ? times : days;
     t.rowHeadings = t.timeOnTop ? days : times;
     for (int r = 0; r < t.rowHeadings.size(); ++r) {
         QStringList line;
+        QVector<QColor> backs;
+        QVector<bool> clashes;
         for (int c = 0; c < t.columnHeadings.size(); ++c) {
             const qint32 day = t.timeOnTop ? dayIDs[r] : dayIDs[c];
             const qint32 time = t.timeOnTop ? timeIDs[c] : timeIDs[r];
-            line << at.value({day, time});
+            const CellLook cell = look(day, time);
+            line << cell.text;
+            backs << cell.back;
+            clashes << cell.conflict;
         }
         t.cells << line;
+        t.backs << backs;
+        t.clashes << clashes;
     }
     return t;
 }

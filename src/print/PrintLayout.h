@@ -3,6 +3,7 @@
 // of every cell, read from the project. The painter, the PDF and the HTML
 // writers all start from this, so what prints is what the window shows.
 
+#include <QColor>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -15,7 +16,9 @@ struct PrintedTimetable {
     bool timeOnTop = true;      // periods across the top, days down the side
     QStringList columnHeadings; // periods when timeOnTop, else days
     QStringList rowHeadings;
-    QVector<QStringList> cells; // [row][column], cell texts as the grid shows them
+    QVector<QStringList> cells;     // [row][column], cell texts as the grid shows them
+    QVector<QVector<QColor>> backs; // [row][column], the cells' tints
+    QVector<QVector<bool>> clashes; // [row][column], double-booked cells
 
     // The grid table as the print control of old took it: "^" and the
     // column headings, then one row a day (or period), columns between "|"

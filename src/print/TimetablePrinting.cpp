@@ -1,5 +1,7 @@
 #include "print/TimetablePrinting.h"
 
+#include "timetable/CellLook.h"
+
 #include <QDir>
 #include <QFontMetricsF>
 #include <QPageSize>
@@ -75,6 +77,16 @@ void paintTable(QPainter& p, const PrintedTimetable& t, const PageOptions& o) {
     p.setFont(printFont(170));
     for (int r = 1; r < rows; ++r)
         for (int c = 1; c < cols; ++c) {
+            const QColor back = t.backs.value(r - 1).value(c - 1, Qt::white);
+            if (back.isValid() && back != Qt::white)
+                p.fillRect(cellRect(r, c), back);
+            if (t.clashes.value(r - 1).value(c - 1)) {
+                // A double booking reads on paper as on screen: a red edge.
+                p.save();
+                p.setPen(QPen(ModMain::ConflictEdge(), 40));
+                p.drawRect(cellRect(r, c).adjusted(40, 40, -40, -40));
+                p.restore();
+            }
             QString text = t.cells.value(r - 1).value(c - 1);
             text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
             p.drawText(cellRect(r, c).adjusted(30, 30, -30, -30),
@@ -202,8 +214,18 @@ QString TimetablesHtml(const QVector<PrintedTimetable>& tables) {
         out << "</tr></thead>\n<tbody>\n";
         for (int r = 0; r < t.rowHeadings.size(); ++r) {
             out << "<tr><th>" << t.rowHeadings[r].toHtmlEscaped() << "</th>";
-            for (const QString& text : t.cells.value(r))
-                out << "<td>" << cell(text) << "</td>";
+            for (int c = 0; c < t.cells.value(r).size(); ++c) {
+                const QColor back = t.backs.value(r).value(c, Qt::white);
+                QString style;
+                if (back.isValid() && back != Qt::white)
+                    style += QStringLiteral("background:%1;").arg(back.name());
+                if (t.clashes.value(r).value(c))
+                    style += QStringLiteral("outline:3px solid %1;outline-offset:-3px;")
+                                 .arg(ModMain::ConflictEdge().name());
+                out << (style.isEmpty() ? QStringLiteral("<td>")
+                                        : QStringLiteral("<td style=\"%1\">").arg(style))
+                    << cell(t.cells.value(r).value(c)) << "</td>";
+            }
             out << "</tr>\n";
         }
         out << "</tbody>\n</table>\n</section>\n";

@@ -2,9 +2,6 @@
 
 #include "store/ModMain.h"
 #include "store/Transaction.h"
-#include "timetable/TimetableRecords.h"
-
-#include <QHash>
 
 namespace ModMain {
 
@@ -68,41 +65,7 @@ bool availability(ResourceKind kind, qint32 projectTimeTitleID, qint32 projectDa
     return false;
 }
 
-QString statusFor(qint32 busySlots) {
-    if (busySlots == 0)
-        return QStringLiteral("Avail");
-    return busySlots == 1 ? QStringLiteral("Busy") : QStringLiteral("Clash");
-}
-
-// Ticks the rows of the linked resources; a resource already in the cell
-// reads "-", but a real double booking still shows.
-void markLinked(ResourceKind kind, const QVector<qint32>& ids, QVector<RowState>& rows,
-                qint32 slotID) {
-    if (slotID == 0)
-        return;
-    for (const qint32 linked : LinkedResources(kind, slotID))
-        for (int i = 0; i < ids.size(); ++i)
-            if (ids[i] == linked) {
-                rows[i].checked = true;
-                if (kind != ResourceKind::Subject && rows[i].status != QLatin1String("Clash"))
-                    rows[i].status = QStringLiteral("-");
-            }
-}
 } // namespace
-
-QString KindWord(ResourceKind kind) {
-    switch (kind) {
-    case ResourceKind::Tutor:
-        return QStringLiteral("Tutor");
-    case ResourceKind::Subject:
-        return QStringLiteral("Subject");
-    case ResourceKind::Room:
-        return QStringLiteral("Room");
-    case ResourceKind::Class:
-        return QStringLiteral("Class");
-    }
-    return QString();
-}
 
 qint32 ProjectTimeTitleOf(qint32 TimeTitleID) {
     return firstInt(QStringLiteral("SELECT ProjectTimeTitleID FROM TimeTitle WHERE id = ") +
@@ -134,96 +97,47 @@ bool GetClassAvailability(qint32 ProjectTimeTitleID, qint32 ProjectDayTitleID, q
                         BusySlotID, SlotCount, IgnoreSlotID);
 }
 
-QVector<qint32> LinkedResources(ResourceKind kind, qint32 SlotID) {
-    const QString word = KindWord(kind);
-    QVector<qint32> ids;
-    for (auto rs = DB().Execute(QStringLiteral("SELECT %1.ID AS id FROM %1, %1Slot WHERE %1.ID = "
-                                               "%1Slot.%1ID AND %1Slot.SlotID = ")
-                                    .arg(word) +
-                                number(SlotID));
-         !rs.eof(); rs.MoveNext())
-        ids << rs.Field("id").toInt();
-    return ids;
+namespace {
+// The lessons then that hold the resource, the cell's own left out.
+QVector<const Lesson*> otherLessons(const LessonIndex& idx, const Member& m, const Cell& cell,
+                                    const Lesson* own) {
+    QVector<const Lesson*> others = idx.holding(cell.period(), m);
+    others.removeAll(own);
+    return others;
 }
 
-QVector<RowState> ListSelectionPerRow(ResourceKind kind, const QVector<qint32>& ids,
-                                      const QStringList& currentStatus, qint32 SlotID,
-                                      qint32 ProjectTimeTitleID, qint32 ProjectDayTitleID,
-                                      qint32 IgnoreSlotID) {
-    Transaction tx(Transaction::Read);
+const Lesson* selectedLesson(const LessonIndex& idx, const Cell& cell) {
+    const QVector<const Lesson*> lessons = idx.cellLessons(cell.TimetableID, cell.period());
+    return lessons.isEmpty() ? nullptr : lessons.first();
+}
+} // namespace
+
+QVector<RowState> ListStates(ResourceKind kind, const QVector<qint32>& ids, const Cell& cell) {
+    const LessonIndex& idx = LessonIndex::current();
+    const Lesson* own = selectedLesson(idx, cell);
     QVector<RowState> rows(ids.size());
-    QVector<qint32> busy;
-    qint32 count = 0;
     for (int i = 0; i < ids.size(); ++i) {
-        if (kind == ResourceKind::Subject) {
-            rows[i].status = currentStatus.value(i);
-            continue;
-        }
-        availability(kind, ProjectTimeTitleID, ProjectDayTitleID, ids[i], busy, count,
-                     IgnoreSlotID);
-        rows[i].status = statusFor(count);
+        const Member m{kind, ids[i]};
+        RowState& row = rows[i];
+        row.checked = own && own->has(m);
+        const qsizetype others = IsBooked(kind) ? otherLessons(idx, m, cell, own).size() : 0;
+        if (row.checked)
+            row.status = others > 0 ? QStringLiteral("Clash") : QStringLiteral("-");
+        else
+            row.status = others == 0   ? QStringLiteral("Avail")
+                         : others == 1 ? QStringLiteral("Busy")
+                                       : QStringLiteral("Clash");
     }
-    markLinked(kind, ids, rows, SlotID);
     return rows;
 }
 
-QVector<RowState> ListSelection(ResourceKind kind, const QVector<qint32>& ids,
-                                const QStringList& currentStatus, qint32 SlotID,
-                                qint32 ProjectTimeTitleID, qint32 ProjectDayTitleID,
-                                qint32 IgnoreSlotID) {
-    Transaction tx(Transaction::Read);
-    QVector<RowState> rows(ids.size());
-    if (kind == ResourceKind::Subject) {
-        for (int i = 0; i < ids.size(); ++i)
-            rows[i].status = currentStatus.value(i);
-    } else {
-        // The exact join of the availability test, grouped: each resource's
-        // count is the number of rows its own test would fetch.
-        const QString link = KindWord(kind) + QStringLiteral("Slot");
-        const QString column = link + QLatin1Char('.') + KindWord(kind) + QStringLiteral("ID");
-        const QString ignore = IgnoreSlotID == -1
-                                   ? QString()
-                                   : QStringLiteral(" AND Slot.ID<>") + number(IgnoreSlotID);
-        QHash<qint32, qint32> busy;
-        for (auto rs = DB().Execute(
-                 QStringLiteral("SELECT %2 AS id, COUNT(*) AS tot FROM %1, Slot, DayTitle, "
-                                "TimeTitle WHERE %1.SlotID = Slot.ID AND Slot.DayTitleID = "
-                                "DayTitle.ID AND DayTitle.ProjectDayTitleID = %3 AND "
-                                "Slot.TimeTitleID = TimeTitle.ID AND "
-                                "TimeTitle.ProjectTimeTitleID = %4%5 GROUP BY %2;")
-                     .arg(link, column)
-                     .arg(ProjectDayTitleID)
-                     .arg(ProjectTimeTitleID)
-                     .arg(ignore));
-             !rs.eof(); rs.MoveNext()) {
-            // Only a whole number can equal the id the test writes into its
-            // statement; anything else in the column is nobody's booking.
-            bool whole = false;
-            const qint32 id = rs.Field("id").toString().toInt(&whole);
-            if (whole)
-                busy.insert(id, rs.Field("tot").toInt());
-        }
-        for (int i = 0; i < ids.size(); ++i)
-            rows[i].status = statusFor(busy.value(ids[i]));
-    }
-    markLinked(kind, ids, rows, SlotID);
-    return rows;
-}
-
-QStringList BusyTimetableNames(ResourceKind kind, qint32 ResourceID, qint32 ProjectTimeTitleID,
-                               qint32 ProjectDayTitleID, qint32 IgnoreSlotID) {
+QStringList BusyLessons(ResourceKind kind, qint32 ResourceID, const Cell& cell) {
     QStringList names;
-    if (kind == ResourceKind::Subject)
+    if (!IsBooked(kind))
         return names;
-    Transaction tx(Transaction::Read);
-    QVector<qint32> busy;
-    qint32 count = 0;
-    availability(kind, ProjectTimeTitleID, ProjectDayTitleID, ResourceID, busy, count,
-                 IgnoreSlotID);
-    for (const qint32 slot : busy)
-        names << GetTimetableName(
-            firstInt(QStringLiteral("SELECT TimetableID FROM Slot WHERE ID = ") + number(slot),
-                     "TimetableID"));
+    const LessonIndex& idx = LessonIndex::current();
+    for (const Lesson* l : otherLessons(idx, {kind, ResourceID}, cell, selectedLesson(idx, cell)))
+        names << idx.describe(*l);
     return names;
 }
 

@@ -4,17 +4,24 @@
 // same time when their day headings share a project day and their period
 // headings a project period, whatever timetables they belong to.
 
+#include "timetable/Lessons.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
 namespace ModMain {
 
-enum class ResourceKind { Tutor, Subject, Room, Class };
+// The selected cell of the shown timetable.
+struct Cell {
+    qint32 TimetableID = 0;
+    QString Type;                           // "Class", "Tutor" or "Room"
+    qint32 SlotID = 0;                      // 0: the cell has no slot yet
+    qint32 DayTitleID = 0, TimeTitleID = 0; // the timetable's own headings
+    qint32 ProjectTimeTitleID = 0, ProjectDayTitleID = 0;
 
-// "Tutor", "Subject", "Room" or "Class": the list's word, the timetable type
-// and the stem of the resource's tables (TutorSlot, TutorID).
-QString KindWord(ResourceKind kind);
+    Period period() const { return {ProjectDayTitleID, ProjectTimeTitleID}; }
+};
 
 // The project period and day behind a timetable's own headings; 0 when the
 // heading is missing.
@@ -32,10 +39,6 @@ bool GetRoomAvailability(qint32 ProjectTimeTitleID, qint32 ProjectDayTitleID, qi
 bool GetClassAvailability(qint32 ProjectTimeTitleID, qint32 ProjectDayTitleID, qint32 ClassID,
                           QVector<qint32>& BusySlotID, qint32& SlotCount, qint32 IgnoreSlotID);
 
-// The resources of the kind linked to the slot, in the order the lists tick
-// them; a resource whose record is gone is left out.
-QVector<qint32> LinkedResources(ResourceKind kind, qint32 SlotID);
-
 // One list row's status text and check box.
 struct RowState {
     QString status;
@@ -44,26 +47,14 @@ struct RowState {
     bool operator==(const RowState&) const = default;
 };
 
-// The rows of one list for a selected cell, in the order of ids: "Avail",
-// "Busy" (one other slot) or "Clash" (more), then every resource linked to
-// the slot (none when SlotID is 0) ticked and shown as "-" unless it clashes.
-// Subjects have no availability: they keep currentStatus and only get ticks.
-// This is the reference: one availability test per row.
-QVector<RowState> ListSelectionPerRow(ResourceKind kind, const QVector<qint32>& ids,
-                                      const QStringList& currentStatus, qint32 SlotID,
-                                      qint32 ProjectTimeTitleID, qint32 ProjectDayTitleID,
-                                      qint32 IgnoreSlotID);
-// The same rows from two statements: every resource's bookings at the cell's
-// day and period counted at once, and the slot's links. A grid click on a
-// large school would otherwise run hundreds of statements.
-QVector<RowState> ListSelection(ResourceKind kind, const QVector<qint32>& ids,
-                                const QStringList& currentStatus, qint32 SlotID,
-                                qint32 ProjectTimeTitleID, qint32 ProjectDayTitleID,
-                                qint32 IgnoreSlotID);
-
-// The timetables that hold the resource at that project day and period, one
-// name per busy slot, as the details box lists them.
-QStringList BusyTimetableNames(ResourceKind kind, qint32 ResourceID, qint32 ProjectTimeTitleID,
-                               qint32 ProjectDayTitleID, qint32 IgnoreSlotID);
+// The rows of one list for a cell, in the order of ids, counted in lessons:
+// a resource in the cell's selected lesson is ticked and reads "-" (or
+// "Clash" when it is in another lesson too); any other reads "Avail", "Busy"
+// (in one other lesson then) or "Clash" (in two or more: double booked).
+// Subjects read "-" or "Avail".
+QVector<RowState> ListStates(ResourceKind kind, const QVector<qint32>& ids, const Cell& cell);
+// The lessons other than the cell's own that hold the resource then,
+// described with their timetables.
+QStringList BusyLessons(ResourceKind kind, qint32 ResourceID, const Cell& cell);
 
 } // namespace ModMain

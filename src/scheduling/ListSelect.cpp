@@ -28,37 +28,10 @@ namespace ModMain {
 namespace {
 const QString kCrlf = QStringLiteral("\r\n");
 
-// The slot a list's availability test leaves out: the cell's own, or none.
-qint32 ignoreSlot(qint32 SlotID) {
-    return SlotID > 0 ? SlotID : -1;
-}
-
-bool availability(ResourceKind kind, const Cell& cell, qint32 id, QVector<qint32>& busy,
-                  qint32& count) {
-    const qint32 ignore = ignoreSlot(cell.SlotID);
-    switch (kind) {
-    case ResourceKind::Tutor:
-        return GetTutorAvailability(cell.ProjectTimeTitleID, cell.ProjectDayTitleID, id, busy,
-                                    count, ignore);
-    case ResourceKind::Room:
-        return GetRoomAvailability(cell.ProjectTimeTitleID, cell.ProjectDayTitleID, id, busy, count,
-                                   ignore);
-    case ResourceKind::Class:
-        return GetClassAvailability(cell.ProjectTimeTitleID, cell.ProjectDayTitleID, id, busy,
-                                    count, ignore);
-    case ResourceKind::Subject:
-        break;
-    }
-    busy.clear();
-    count = 0;
-    return true;
-}
-
 // Paints the timetable cell again from the database.
 void redrawCell(FlexGrid& g, const Cell& cell) {
-    if (cell.SlotID > 0)
-        RefreshCell(g, Timetable::current().TimeOnTop, cell.DayTitleID, cell.TimeTitleID,
-                    cell.SlotID, -1, Timetable::current().Type);
+    RefreshCell(g, Timetable::current().TimeOnTop, cell.DayTitleID, cell.TimeTitleID, cell.SlotID,
+                -1, Timetable::current().Type);
 }
 
 const QString kConfigSection = QStringLiteral("Config");
@@ -99,17 +72,11 @@ bool CellAt(const FlexGrid& g, int r, int c, Cell& cell) {
     return true;
 }
 
-void RefreshListSelection(ResourceKind kind, FlexGrid& list, qint32 SlotID,
-                          qint32 ProjectTimeTitleID, qint32 ProjectDayTitleID) {
+void RefreshListSelection(ResourceKind kind, FlexGrid& list, const Cell& cell) {
     QVector<qint32> ids;
-    QStringList statuses;
-    for (int r = 1; r < list.rows(); ++r) {
+    for (int r = 1; r < list.rows(); ++r)
         ids << list.rowData(r);
-        statuses << list.textMatrix(r, 0);
-    }
-    // Every row answered at once; the per-row test is the reference it equals.
-    const QVector<RowState> states = ListSelection(kind, ids, statuses, SlotID, ProjectTimeTitleID,
-                                                   ProjectDayTitleID, ignoreSlot(SlotID));
+    const QVector<RowState> states = ListStates(kind, ids, cell);
     const int row = list.row(), col = list.col();
     list.setUpdatesEnabled(false);
     for (int r = 1; r < list.rows() && r - 1 < states.size(); ++r)
@@ -133,8 +100,7 @@ void FireGridClickEvent(const SchedulingView& view) {
         for (ResourceKind kind :
              {ResourceKind::Tutor, ResourceKind::Subject, ResourceKind::Room, ResourceKind::Class})
             if (FlexGrid* list = ListOf(view, kind))
-                RefreshListSelection(kind, *list, cell.SlotID, cell.ProjectTimeTitleID,
-                                     cell.ProjectDayTitleID);
+                RefreshListSelection(kind, *list, cell);
     });
 }
 
@@ -151,8 +117,7 @@ void ListMouseDown(ResourceKind kind, int Col, Qt::MouseButton Button, const Sch
               DoListSelect(kind, *list, Col, Button, view);
               Cell cell;
               if (CurrentCell(*view.g, cell))
-                  RefreshListSelection(kind, *list, cell.SlotID, cell.ProjectTimeTitleID,
-                                       cell.ProjectDayTitleID);
+                  RefreshListSelection(kind, *list, cell);
           });
 }
 
@@ -169,10 +134,9 @@ void DoListSelect(ResourceKind kind, FlexGrid& List, int Col, Qt::MouseButton Bu
         if (Button == Qt::RightButton) {
             QMenu menu(view.window);
             menu.setObjectName(QStringLiteral("mnuListPopup"));
-            // A busy tutor's other timetables, as the clash question lists them.
+            // A busy tutor's other lessons, as the clash question lists them.
             if (kind == ResourceKind::Tutor && onCell &&
-                !GetTutorAvailability(cell.ProjectTimeTitleID, cell.ProjectDayTitleID, id,
-                                      s.gBusySlotID, s.gBusySlotCount, ignoreSlot(cell.SlotID))) {
+                !(s.gBusyLessons = BusyLessons(kind, id, cell)).isEmpty()) {
                 QAction* details = menu.addAction(QStringLiteral("&Details..."));
                 details->setObjectName(QStringLiteral("mnuTutorDetails"));
                 QObject::connect(details, &QAction::triggered, &menu, [] { ShowTutorDetails(); });
@@ -188,30 +152,34 @@ void DoListSelect(ResourceKind kind, FlexGrid& List, int Col, Qt::MouseButton Bu
         if (Col != 1)
             return;
         const bool adding = List.cellCheck(row, 1) != FlexGrid::Checked;
-        if (adding && (kind == ResourceKind::Tutor || kind == ResourceKind::Room) &&
-            !availability(kind, cell, id, s.BusySlotID, s.BusySlotCount) &&
-            !AgreeToClash(kind, s.BusySlotID, s.BusySlotCount, view.window))
-            return;
+        if (adding) {
+            if (const QString refusal = CellRefusal(cell); !refusal.isEmpty()) {
+                MsgBox(refusal, MsgButtons::Ok, MsgIcon::Information);
+                return;
+            }
+            const QStringList busy = BusyLessons(kind, id, cell);
+            if (!busy.isEmpty() && !AgreeToClash(kind, busy, view.window))
+                return;
+        }
         const ActionName name((adding ? QStringLiteral("Tick ") : QStringLiteral("Untick ")) +
                               KindWord(kind) + QLatin1Char(' ') + List.textMatrix(row, 2));
         if (adding) {
             cell.SlotID = TickResource(kind, id, cell);
             if (cell.SlotID > 0)
                 view.g->setCellData(view.g->row(), view.g->col(), cell.SlotID);
-        } else if (cell.SlotID > 0) {
+        } else {
             UntickResource(kind, id, cell);
         }
         redrawCell(*view.g, cell);
     });
 }
 
-bool AgreeToClash(ResourceKind kind, const QVector<qint32>& BusySlotID, qint32 SlotCount,
-                  QWidget* parent) {
+bool AgreeToClash(ResourceKind kind, const QStringList& BusyLessons, QWidget* parent) {
     // A ticked "don't show this again" keeps its promise: allowed.
     bool allowFuture = AllowClashesSetting();
     if (allowFuture)
         return true;
-    const bool go = AllowClash(KindWord(kind), BusySlotID, SlotCount, allowFuture, parent);
+    const bool go = AllowClash(KindWord(kind), BusyLessons, allowFuture, parent);
     SetAllowClashesSetting(allowFuture);
     return go;
 }
@@ -227,8 +195,8 @@ void SetAllowClashesSetting(bool allow) {
                         allow ? QStringLiteral("True") : QStringLiteral("False"));
 }
 
-bool AllowClash(const QString& ListType, const QVector<qint32>& BusySlotID, qint32 SlotCount,
-                bool& AllowFutureClashes, QWidget* parent) {
+bool AllowClash(const QString& ListType, const QStringList& BusyLessons, bool& AllowFutureClashes,
+                QWidget* parent) {
     Scheduling::State& s = Scheduling::state();
     for (;;) {
         s.gbClash_ShowDetails = false;
@@ -246,27 +214,17 @@ bool AllowClash(const QString& ListType, const QVector<qint32>& BusySlotID, qint
             break;
         MsgBox(QStringLiteral("This ") + ListType +
                    QStringLiteral(" is also used in the following timetables:") + kCrlf +
-                   TimetableNamesOf(BusySlotID.mid(0, SlotCount)),
+                   BusyLessons.join(kCrlf) + kCrlf,
                MsgButtons::Ok, MsgIcon::Information);
     }
     return s.gbClash_Return;
-}
-
-QString TimetableNamesOf(const QVector<qint32>& BusySlotID) {
-    QString names;
-    for (qint32 slot : BusySlotID) {
-        const auto rs =
-            DB().Execute(QStringLiteral("SELECT TimetableID FROM Slot WHERE ID = %1").arg(slot));
-        names += GetTimetableName(rs.Field("TimetableID").toInt()) + kCrlf;
-    }
-    return names;
 }
 
 void ShowTutorDetails() {
     Guard("frmMain", "mnuTutorDetails_Click", [&] {
         const Scheduling::State& s = Scheduling::state();
         MsgBox(QStringLiteral("This tutor is also allocated on the following timetables:") + kCrlf +
-                   TimetableNamesOf(s.gBusySlotID.mid(0, s.gBusySlotCount)),
+                   s.gBusyLessons.join(kCrlf) + kCrlf,
                MsgButtons::Ok, MsgIcon::Information);
     });
 }

@@ -36,8 +36,7 @@ bool CurrentCell(const FlexGrid& g, Cell& cell);
 bool CellAt(const FlexGrid& g, int r, int c, Cell& cell);
 
 // The statuses and check boxes of one list for a cell.
-void RefreshListSelection(ResourceKind kind, FlexGrid& list, qint32 SlotID,
-                          qint32 ProjectTimeTitleID, qint32 ProjectDayTitleID);
+void RefreshListSelection(ResourceKind kind, FlexGrid& list, const Cell& cell);
 // After a click (or a move) in the timetable grid: all four lists.
 void FireGridClickEvent(const SchedulingView& view);
 
@@ -47,21 +46,18 @@ void ListMouseDown(ResourceKind kind, int Col, Qt::MouseButton Button, const Sch
 void DoListSelect(ResourceKind kind, FlexGrid& List, int Col, Qt::MouseButton Button,
                   const SchedulingView& view);
 
-// Asks in the clash dialog; true to go ahead. AllowFutureClashes presets the
-// dialog's box and returns its state.
-bool AllowClash(const QString& ListType, const QVector<qint32>& BusySlotID, qint32 SlotCount,
-                bool& AllowFutureClashes, QWidget* parent);
+// Asks in the clash dialog; true to go ahead. Details lists the other
+// lessons. AllowFutureClashes presets the dialog's box and returns its state.
+bool AllowClash(const QString& ListType, const QStringList& BusyLessons, bool& AllowFutureClashes,
+                QWidget* parent);
 // Whether the user lets the resource clash: yes when the setting says so,
 // else as answered in the clash dialog (whose box then updates the setting).
-bool AgreeToClash(ResourceKind kind, const QVector<qint32>& BusySlotID, qint32 SlotCount,
-                  QWidget* parent);
+bool AgreeToClash(ResourceKind kind, const QStringList& BusyLessons, QWidget* parent);
 // "Ask Before Allowing Clashes": the saved answer of the dialog's box.
 bool AllowClashesSetting();
 void SetAllowClashesSetting(bool allow);
 
-// The timetables that hold the busy slots, one name per line.
-QString TimetableNamesOf(const QVector<qint32>& BusySlotID);
-// The tutor's context menu's Details: the timetables of gBusySlotID.
+// The tutor's context menu's Details: the lessons of gBusyLessons.
 void ShowTutorDetails();
 
 // The name boxes.

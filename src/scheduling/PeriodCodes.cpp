@@ -6,7 +6,7 @@ namespace ModMain {
 
 void MarkSlot(qint32 SlotID, bool hadSlot, qint32 SpecialID) {
     const QString id = QString::number(SlotID);
-    // Only this slot's links go: mirrored links in other timetables stay.
+    // The slot's own links go; the lessons it held were taken out before.
     if (hadSlot)
         for (const char* table : {"TutorSlot", "ClassSlot", "SubjectSlot", "RoomSlot"})
             DB().Execute(

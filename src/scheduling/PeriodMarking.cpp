@@ -1,6 +1,7 @@
 #include "scheduling/PeriodMarking.h"
 
 #include "common/FlexGrid.h"
+#include "scheduling/ListSelect.h"
 #include "scheduling/PeriodCodes.h"
 #include "scheduling/ResourceLists.h"
 #include "store/Records.h"
@@ -23,11 +24,29 @@ void SetSpecialCells(FlexGrid& Grid, qint16 SpecialSlotID, const ResourceListSet
             for (FlexGrid* list : {lists.tutor, lists.subject, lists.room, lists.klass})
                 if (list)
                     DeselectGridList(*list);
-            const qint32 existing = Grid.cellData(r, c);
+            Cell cell;
+            if (!CellAt(Grid, r, c, cell))
+                continue; // a heading cell
+            // A marked period holds no lesson: the cell's lessons are taken
+            // out of every timetable they show in.
+            QVector<Lesson> lessons;
+            for (const Lesson* l : LessonIndex::current().cellLessons(tt.ID, cell.period()))
+                lessons << *l;
+            for (const Lesson& l : lessons)
+                RemoveLesson(l);
+            qint32 existing = 0;
+            for (const SlotEntry& s : LessonIndex::current().slotsAt(cell.period()))
+                if (s.timetable == tt.ID) {
+                    existing = s.id;
+                    break;
+                }
+            Grid.setCellData(r, c, existing);
+            const quint64 stamp = LessonIndex::stamp();
             const qint32 slot = existing != 0 ? existing : DoCurrentTimetableCreateGetSlot(Grid);
             if (slot <= 0)
-                continue; // a heading cell
+                continue;
             MarkSlot(slot, existing != 0, SpecialSlotID);
+            LessonIndex::refreshAfterWrite({cell.period()}, stamp);
             const qint32 dayTitle = tt.TimeOnTop ? Grid.rowData(r) : Grid.colData(c);
             const qint32 timeTitle = tt.TimeOnTop ? Grid.colData(c) : Grid.rowData(r);
             RefreshCell(Grid, tt.TimeOnTop, dayTitle, timeTitle, slot, SpecialSlotID, tt.Type);

@@ -2,17 +2,14 @@
 // What manual scheduling shares between the window, the lists and the clash
 // dialog. Tests reset it between cases.
 
-#include <QVector>
+#include <QStringList>
 
 namespace Scheduling {
 
 struct State {
-    // The slots that hold a resource elsewhere, from the last availability
-    // test made for the lists and for the tutor's context menu.
-    QVector<qint32> BusySlotID;
-    qint32 BusySlotCount = 0;
-    QVector<qint32> gBusySlotID;
-    qint32 gBusySlotCount = 0;
+    // The other lessons a tutor is in at the selected cell's time, as the
+    // tutor's context menu found them for its Details.
+    QStringList gBusyLessons;
     // The clash dialog's answer.
     bool gbClash_ShowDetails = false;
     bool gbClash_Return = false;

@@ -2,6 +2,7 @@
 
 #include "common/Common.h"
 #include "store/ModMain.h"
+#include "timetable/Lessons.h"
 
 #include <QDir>
 
@@ -22,8 +23,10 @@ public:
 
 private:
     void apply(bool invert) {
-        if (m_history.m_applying)
+        if (m_history.m_applying) {
             m_history.m_result = ModMain::DB().ApplyChanges(m_changes, invert);
+            ModMain::LessonIndex::invalidate();
+        }
     }
 
     UndoHistory& m_history;

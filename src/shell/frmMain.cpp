@@ -186,6 +186,7 @@ void frmMain::buildMenus() {
     mnuTools->addSeparator();
     addCommand(mnuTools, QStringLiteral("mnuToolsCapacityReport"),
                QStringLiteral("Tutor Ca&pacity Report..."));
+    addCommand(mnuTools, QStringLiteral("mnuToolsConflicts"), QStringLiteral("Con&flicts..."));
 
     mnuPeriod = menuBar()->addMenu(QStringLiteral("&Period"));
     mnuPeriod->setObjectName(QStringLiteral("mnuPeriod"));
@@ -319,6 +320,7 @@ void frmMain::wireCommands() {
     on(QStringLiteral("mnuViewTimetable"), &frmMain::mnuViewTimetable_Click);
     on(QStringLiteral("mnuFileOpen"), &frmMain::mnuViewTimetable_Click);
     on(QStringLiteral("mnuToolsCapacityReport"), &frmMain::mnuToolsCapacityReport_Click);
+    on(QStringLiteral("mnuToolsConflicts"), &frmMain::mnuToolsConflicts_Click);
     on(QStringLiteral("mnuFileImportResources"), &frmMain::mnuFileImportResources_Click);
     on(QStringLiteral("mnuFilePrintPreview"), &frmMain::mnuFilePrintPreview_Click);
     on(QStringLiteral("mnuFileExportPdf"), &frmMain::mnuFileExportPdf_Click);

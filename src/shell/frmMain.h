@@ -99,6 +99,7 @@ public:
     void ShowManage(int page);
     void mnuViewTimetable_Click();
     void mnuToolsCapacityReport_Click();
+    void mnuToolsConflicts_Click();
     void mnuFileImportResources_Click();
     void mnuFileExportResources_Click();
     // Print Preview, or the same on PDF from File > Export as PDF.

@@ -34,9 +34,10 @@ QMimeData* frmMain::BeginLessonDrag(int row, int col) {
         ModMain::Cell from;
         if (ModMain::DB().IsReadOnly() || !ModMain::CellAt(*g, row, col, from))
             return nullptr;
-        const ModMain::Lesson lesson = ModMain::ReadLesson(from);
-        if (lesson.isEmpty())
+        const ModMain::Lesson* selected = ModMain::SelectedLesson(from);
+        if (!selected)
             return nullptr;
+        const ModMain::Members lesson = selected->members;
         m_drag = LessonDrag();
         m_drag.row = row;
         m_drag.col = col;
@@ -46,7 +47,7 @@ QMimeData* frmMain::BeginLessonDrag(int row, int col) {
                 ModMain::Cell at;
                 if ((r == row && c == col) || !ModMain::CellAt(*g, r, c, at) ||
                     !ModMain::CanHoldLesson(at) ||
-                    ModMain::LessonClashes(lesson, at, ModMain::ReadLesson(at)).isEmpty())
+                    ModMain::LessonClashes(lesson, at, ModMain::SelectedLesson(at)).isEmpty())
                     continue;
                 m_drag.tinted.insert({r, c}, g->cellBackColor(r, c));
                 g->setCellBackColor(r, c, kClashTint);

@@ -4,6 +4,10 @@
 
 #include "shell/frmMain.h"
 
+#include "common/FlexGrid.h"
+#include "scheduling/ListSelect.h"
+#include "scheduling/frmConflicts.h"
+
 #include "common/Common.h"
 #include "common/ErrorHandler.h"
 #include "common/FileDialogs.h"
@@ -66,6 +70,26 @@ void frmMain::mnuViewTimetable_Click() {
 void frmMain::mnuToolsCapacityReport_Click() {
     Guard("frmMain", "mnuToolsCapacityReport_Click", [&] {
         frmCapacityReport dialog(this);
+        dialog.exec();
+    });
+}
+
+void frmMain::mnuToolsConflicts_Click() {
+    Guard("frmMain", "mnuToolsConflicts_Click", [&] {
+        ModMain::frmConflicts dialog(
+            [this](qint32 timetable, const ModMain::Period& at) {
+                LoadTimetable(timetable);
+                for (int r = 1; r < g->rows(); ++r)
+                    for (int c = 1; c < g->cols(); ++c) {
+                        ModMain::Cell cell;
+                        if (ModMain::CellAt(*g, r, c, cell) && cell.period() == at) {
+                            g->setRowCol(r, c);
+                            FireGridClickEvent();
+                            return;
+                        }
+                    }
+            },
+            this);
         dialog.exec();
     });
 }

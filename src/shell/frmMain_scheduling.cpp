@@ -135,9 +135,7 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
                 ModMain::Cell cell;
                 if (!ModMain::CurrentCell(*g, cell))
                     return QString();
-                return ModMain::BusyTimetableNames(b.kind, b.list->rowData(at.row() + 1),
-                                                   cell.ProjectTimeTitleID, cell.ProjectDayTitleID,
-                                                   cell.SlotID > 0 ? cell.SlotID : -1)
+                return ModMain::BusyLessons(b.kind, b.list->rowData(at.row() + 1), cell)
                     .join(QLatin1Char('\n'));
             });
             QToolTip::showText(help->globalPos(),

@@ -112,6 +112,7 @@ bool clsSQLite::DBOpen(const QString& File_Name, qint32 /*Mode: no meaning for S
     if (m_errMsg.isEmpty()) {
         m_db = db;
         m_handle = 1;
+        ++m_opens;
         m_readOnly = readOnly || sqlite3_db_readonly(db, "main") == 1;
         // Name result columns exactly as each statement writes them ("SELECT ID"
         // gives "ID"), not by the table's own spelling; Field reads by that name.
@@ -308,4 +309,21 @@ clsSQLiteRecordset clsSQLite::Execute(const QString& SQL) {
 
 qint32 clsSQLite::GetInsertID() const {
     return m_db ? static_cast<qint32>(sqlite3_last_insert_rowid(m_db)) : 0;
+}
+
+quint64 clsSQLite::ChangeStamp() const {
+    if (!m_db)
+        return m_opens;
+    // data_version moves with other connections' commits, total_changes with
+    // this one's rows. Not through Execute: a look is no statement of an action.
+    qint64 version = 0;
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(m_db, "PRAGMA data_version;", -1, &st, nullptr) == SQLITE_OK &&
+        sqlite3_step(st) == SQLITE_ROW)
+        version = sqlite3_column_int64(st, 0);
+    sqlite3_finalize(st);
+    quint64 h = m_opens;
+    h = h * 1000003u ^ quint64(version);
+    h = h * 1000003u ^ quint64(sqlite3_total_changes64(m_db));
+    return h;
 }

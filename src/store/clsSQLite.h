@@ -44,6 +44,10 @@ public:
     // "BEGIN;" and "COMMIT;" become a savepoint and its release.
     clsSQLiteRecordset Execute(const QString& SQL);
     qint32 GetInsertID() const;
+    // Changes whenever the open file's contents may have: a write by this
+    // connection, a commit by another, or another file opened. Runs no
+    // statement.
+    quint64 ChangeStamp() const;
 
     // One user action's transaction (see store/Transaction.h): the outermost
     // begins it, inner ones only count. Begin returns false, having told the
@@ -75,6 +79,7 @@ private:
     QString m_filename;
     bool m_readOnly = false;
     int m_busyTimeout = 3000;
+    quint64 m_opens = 0;
     int m_actionDepth = 0;
     int m_savepoints = 0; // "BEGIN;" turned into savepoints, not yet released
     ChangeLog m_changes;

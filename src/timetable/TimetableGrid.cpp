@@ -4,6 +4,7 @@
 #include "store/ModMain.h"
 #include "store/Records.h"
 #include "store/TimeText.h"
+#include "timetable/CellLook.h"
 #include "timetable/SlotLookup.h"
 #include "timetable/TimetableState.h"
 #include "timetable/TimetableText.h"
@@ -17,16 +18,13 @@
 namespace ModMain {
 
 namespace {
-const QColor kOrdinary(255, 255, 255);
-const QColor kSpecial(224, 244, 250);
 constexpr int kHeadingTwips = 500;
 constexpr int kPaddingPx = 12;
 // Cell text longer than this wraps instead of widening its column further.
 constexpr int kWidestAutoColumnTwips = 2400;
 
-// Colour numbers are stored as red + 256 * green + 65536 * blue.
 QColor colourFromNumber(qint64 n) {
-    return QColor(int(n & 0xFF), int((n >> 8) & 0xFF), int((n >> 16) & 0xFF));
+    return ColourFromNumber(n);
 }
 
 QFont fontFrom(const QString& family, int size, const QFont& fallback, bool bold) {
@@ -51,11 +49,15 @@ void setHeaderColour(QHeaderView* header, const QColor& colour) {
 void applyStyle(FlexGrid& g, qint32 id) {
     auto rs = DB().Execute(QStringLiteral("SELECT ColHeadFont, ColHeadFontSize, ColHeadForeground, "
                                           "RowHeadFont, RowHeadFontSize, RowHeadForeground, "
-                                          "PeriodFont, PeriodFontSize, PeriodForeground FROM "
+                                          "PeriodFont, PeriodFontSize, PeriodForeground, "
+                                          "UnavailableBackground, UnavailableForeground FROM "
                                           "Timetable WHERE id = %1;")
                                .arg(id));
     if (rs.eof())
         return;
+    Timetable::State& tt = Timetable::current();
+    tt.UnavailableBack = colourFromNumber(rs.Field("UnavailableBackground").toLongLong());
+    tt.UnavailableFore = colourFromNumber(rs.Field("UnavailableForeground").toLongLong());
     const QFont base = g.parentWidget() ? g.parentWidget()->font() : g.font();
     g.setFont(fontFrom(rs.Field("PeriodFont").toString(), rs.Field("PeriodFontSize").toInt(), base,
                        false));
@@ -113,8 +115,18 @@ void fitToText(FlexGrid& g) {
             g.setRowHeightTwips(r, g.pixelsToTwips(threeLines));
 }
 
-void paintCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeTitleID, qint32 SlotID,
-               qint32 SpecialID, const std::function<QString()>& text);
+// Paints body cell (r, c) of the current timetable as its lessons and mark say.
+void paintCell(FlexGrid& g, int r, int c, const Period& at) {
+    const Timetable::State& tt = Timetable::current();
+    const CellLook look = LookOfCell(LessonIndex::current(), tt.ID, at, tt.Type, tt.UnavailableBack,
+                                     tt.UnavailableFore);
+    g.setCellData(r, c, look.slot);
+    g.setTextMatrix(r, c, look.text);
+    g.setCellBackColor(r, c, look.back);
+    g.setCellForeColor(r, c, look.fore);
+    g.setCellEdge(r, c, look.conflict ? ConflictEdge() : QColor());
+    g.setCellToolTip(r, c, look.tip);
+}
 
 // Adds a body row (across = false) or column (across = true) for one title;
 // a row takes the title's height, a column its width.
@@ -156,15 +168,20 @@ void RefreshTable(FlexGrid& g) {
     g.setColWidthTwips(0, kHeadingTwips);
     const bool onTop = tt.TimeOnTop;
 
-    for (auto days = DB().Execute(QStringLiteral("SELECT id, DOW, Height, Width, SpecialID FROM "
-                                                 "DayTitle WHERE TimetableID = ") +
+    QHash<qint32, qint32> projectDay, projectTime; // the timetable's titles -> the project's
+    for (auto days = DB().Execute(QStringLiteral("SELECT id, DOW, Height, Width, SpecialID, "
+                                                 "ProjectDayTitleID FROM DayTitle WHERE "
+                                                 "TimetableID = ") +
                                   id + QStringLiteral(" ORDER BY pos;"));
-         !days.eof(); days.MoveNext())
+         !days.eof(); days.MoveNext()) {
         addLine(g, !onTop, days.Field("id").toInt(), days.Field("DOW").toString(),
                 days.Field("Height").toInt(), days.Field("Width").toInt());
+        projectDay.insert(days.Field("id").toInt(), days.Field("ProjectDayTitleID").toInt());
+    }
 
     for (auto times = DB().Execute(QStringLiteral("SELECT id, StartTime, Duration, Height, Width, "
-                                                  "SpecialID FROM TimeTitle WHERE TimetableID = ") +
+                                                  "SpecialID, ProjectTimeTitleID FROM TimeTitle "
+                                                  "WHERE TimetableID = ") +
                                    id + QStringLiteral(" ORDER BY pos;"));
          !times.eof(); times.MoveNext()) {
         QString heading;
@@ -176,23 +193,18 @@ void RefreshTable(FlexGrid& g) {
             heading = QStringLiteral("Lunch");
         addLine(g, onTop, times.Field("id").toInt(), heading, times.Field("Height").toInt(),
                 times.Field("Width").toInt());
+        projectTime.insert(times.Field("id").toInt(), times.Field("ProjectTimeTitleID").toInt());
     }
 
     for (int c = 1; c < g.cols(); ++c)
         g.setColAlignment(c, Qt::AlignCenter);
-    // Every cell's text in one statement rather than three per cell; painting
-    // is RefreshCell's, cell by cell in the slots' order.
-    const QHash<qint32, QString> texts = FormatSlotTexts(tt.ID, tt.Type);
-    const QString empty = EmptySlotText(tt.Type);
-    for (auto slots = DB().Execute(QStringLiteral("SELECT id,TimetableID,StartTime,Duration,DOW,"
-                                                  "SpecialID,DayTitleID,TimeTitleID FROM Slot "
-                                                  "WHERE TimetableID = ") +
-                                   id + QLatin1Char(';'));
-         !slots.eof(); slots.MoveNext()) {
-        const qint32 slot = slots.Field("id").toInt();
-        paintCell(g, onTop, slots.Field("DayTitleID").toInt(), slots.Field("TimeTitleID").toInt(),
-                  slot, slots.Field("SpecialID").toInt(), [&] { return texts.value(slot, empty); });
-    }
+    // Every cell from the lessons read once for the whole project.
+    for (int r = 1; r < g.rows(); ++r)
+        for (int c = 1; c < g.cols(); ++c) {
+            const qint32 day = projectDay.value(onTop ? g.rowData(r) : g.colData(c));
+            const qint32 time = projectTime.value(onTop ? g.colData(c) : g.rowData(r));
+            paintCell(g, r, c, {day, time});
+        }
     fitToText(g);
     // What was drawn is what the file holds: only the user's changes are saved.
     g.markSizesSaved();
@@ -200,18 +212,10 @@ void RefreshTable(FlexGrid& g) {
 
 void RefreshCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeTitleID,
                  qint32 SlotID, qint32 SpecialID, const QString& Type) {
-    if (SpecialID == -1)
-        SpecialID =
-            DB().Execute(QStringLiteral("SELECT specialid FROM slot WHERE id = %1").arg(SlotID))
-                .Field("specialid")
-                .toInt();
-    paintCell(Grid, TimeOnTop, DayTitleID, TimeTitleID, SlotID, SpecialID,
-              [&] { return FormatSlotText(SlotID, Type); });
-}
-
-namespace {
-void paintCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeTitleID, qint32 SlotID,
-               qint32 SpecialID, const std::function<QString()>& text) {
+    // The cell shows its lessons and its mark, whatever slot the caller knew.
+    Q_UNUSED(SlotID);
+    Q_UNUSED(SpecialID);
+    Q_UNUSED(Type);
     const qint32 colID = TimeOnTop ? TimeTitleID : DayTitleID;
     const qint32 rowID = TimeOnTop ? DayTitleID : TimeTitleID;
     int c = 1;
@@ -222,17 +226,17 @@ void paintCell(FlexGrid& Grid, bool TimeOnTop, qint32 DayTitleID, qint32 TimeTit
         ++r;
     if (c >= Grid.cols() || r >= Grid.rows())
         return;
+    const auto project = [](const char* table, const char* column, qint32 id) {
+        auto rs = DB().Execute(QStringLiteral("SELECT %1 FROM %2 WHERE id = %3")
+                                   .arg(QLatin1String(column), QLatin1String(table))
+                                   .arg(id));
+        return rs.eof() ? 0 : rs.Field(qint16(0)).toInt();
+    };
     Grid.setRowCol(r, c);
-    Grid.setCellData(r, c, SlotID);
-    if (SpecialID == SpecialID::Ordinary) {
-        Grid.setTextMatrix(r, c, text());
-        Grid.setCellBackColor(r, c, kOrdinary);
-    } else {
-        Grid.setTextMatrix(r, c, QString());
-        Grid.setCellBackColor(r, c, kSpecial);
-    }
+    paintCell(Grid, r, c,
+              {project("DayTitle", "ProjectDayTitleID", DayTitleID),
+               project("TimeTitle", "ProjectTimeTitleID", TimeTitleID)});
 }
-} // namespace
 
 qint32 DoCurrentTimetableCreateGetSlot(FlexGrid& Grid) {
     const int r = Grid.row(), c = Grid.col();

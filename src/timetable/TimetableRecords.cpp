@@ -3,12 +3,11 @@
 #include "common/Common.h"
 #include "store/ModMain.h"
 #include "store/Records.h"
-#include "store/TimeText.h"
 #include "store/Transaction.h"
+#include "timetable/Lessons.h"
 #include "timetable/SlotLookup.h"
 
 #include <QRegularExpression>
-#include <QSet>
 #include <QStringList>
 
 using Common::SQLReplace;
@@ -16,22 +15,6 @@ using Common::SQLReplace;
 namespace ModMain {
 
 namespace {
-struct Title {
-    qint32 id = 0;
-    qint32 projectID = 0;
-};
-
-QVector<Title> readTitles(const QString& sql, const char* projectColumn) {
-    QVector<Title> titles;
-    for (auto rs = DB().Execute(sql); !rs.eof(); rs.MoveNext()) {
-        Title t;
-        t.id = rs.Field("ID").toInt();
-        t.projectID = rs.Field(projectColumn).toInt();
-        titles << t;
-    }
-    return titles;
-}
-
 QString quoted(const QString& text) {
     return QLatin1Char('\'') + SQLReplace(text) + QLatin1Char('\'');
 }
@@ -65,17 +48,6 @@ void copyDays(qint32 timetableID) {
                          .arg(SpecialID::Ordinary)
                          .arg(rs.Field("Pos").toInt()));
     }
-}
-
-// Every room booking anywhere in the project at a project period and day.
-clsSQLiteRecordset roomBookingsAt(qint32 projectTimeTitleID, qint32 projectDayTitleID) {
-    return DB().Execute(
-        QStringLiteral("SELECT Room.ID AS ID FROM Room, RoomSlot, Slot, TimeTitle, DayTitle WHERE "
-                       "Room.ID = RoomSlot.RoomID AND RoomSlot.SlotID = Slot.ID AND "
-                       "Slot.TimeTitleID = TimeTitle.ID AND Slot.DayTitleID = DayTitle.ID AND "
-                       "TimeTitle.ProjectTimeTitleID = ") +
-        QString::number(projectTimeTitleID) + QStringLiteral(" AND DayTitle.ProjectDayTitleID = ") +
-        QString::number(projectDayTitleID) + QLatin1Char(';'));
 }
 
 // The display name from the owner names a timetable row joins to.
@@ -145,98 +117,9 @@ qint32 CreateTimetable(const QString& type, qint32 whoID, qint32 styleID) {
 
     copyPeriods(id);
     copyDays(id);
-    if (type == QLatin1String("Tutor"))
-        CrossReferenceNewTimetableFast(id, QStringLiteral("Tutor"), whoID);
+    // The owner's lessons show in its new timetable at once.
+    CopyLessonsInto(id);
     return id;
-}
-
-void DoCrossReferenceNewTimetable(qint32 TimetableID, const QString& Type, qint32 WhoID) {
-    Q_UNUSED(WhoID); // the room bookings are taken project-wide, whoever holds them
-    Transaction tx;
-    if (!tx.ok())
-        return;
-    const QVector<Title> times = readTitles(
-        QStringLiteral("SELECT ID, ProjectTimeTitleID FROM TimeTitle WHERE TimetableID = %1 "
-                       "ORDER BY pos;")
-            .arg(TimetableID),
-        "ProjectTimeTitleID");
-    const QVector<Title> days = readTitles(
-        QStringLiteral("SELECT ID, ProjectDayTitleID FROM DayTitle WHERE TimetableID = %1 "
-                       "ORDER BY pos;")
-            .arg(TimetableID),
-        "ProjectDayTitleID");
-    if (Type != QLatin1String("Tutor"))
-        return;
-    for (const Title& time : times) {
-        for (const Title& day : days) {
-            auto rooms = roomBookingsAt(time.projectID, day.projectID);
-            for (; !rooms.eof(); rooms.MoveNext())
-                CreateRoomSlotRecord(CreateSlotAt(TimetableID, day.id, time.id),
-                                     rooms.Field("ID").toInt());
-        }
-    }
-}
-
-void CrossReferenceNewTimetableFast(qint32 TimetableID, const QString& Type, qint32 WhoID) {
-    Q_UNUSED(WhoID);
-    if (Type != QLatin1String("Tutor"))
-        return;
-    Transaction tx;
-    if (!tx.ok())
-        return;
-    struct Heading {
-        qint32 id = 0;
-        qint32 projectID = 0;
-        QTime start;
-        qint32 duration = 0;
-        QString day;
-    };
-    const auto headings = [](const QString& sql, const char* projectColumn, bool period) {
-        QVector<Heading> list;
-        for (auto rs = DB().Execute(sql); !rs.eof(); rs.MoveNext()) {
-            Heading h;
-            h.id = rs.Field("ID").toInt();
-            h.projectID = rs.Field(projectColumn).toInt();
-            if (period) {
-                h.start = TimeText::Parse(rs.Field("StartTime").toString());
-                h.duration = rs.Field("Duration").toInt();
-            } else {
-                h.day = rs.Field("DOW").toString();
-            }
-            list << h;
-        }
-        return list;
-    };
-    const QVector<Heading> times = headings(
-        QStringLiteral("SELECT ID, ProjectTimeTitleID, StartTime, Duration FROM TimeTitle WHERE "
-                       "TimetableID = %1 ORDER BY pos;")
-            .arg(TimetableID),
-        "ProjectTimeTitleID", true);
-    const QVector<Heading> days = headings(
-        QStringLiteral("SELECT ID, ProjectDayTitleID, DOW FROM DayTitle WHERE TimetableID = %1 "
-                       "ORDER BY pos;")
-            .arg(TimetableID),
-        "ProjectDayTitleID", false);
-    // Links left behind by slots since deleted may carry the id a new slot
-    // gets; CreateRoomSlotRecord's check would find them, so this does too.
-    QSet<QPair<qint32, qint32>> dangling;
-    for (auto rs = DB().Execute(QStringLiteral(
-             "SELECT SlotID, RoomID FROM RoomSlot WHERE SlotID > (SELECT IFNULL(MAX(id), 0) FROM "
-             "Slot);"));
-         !rs.eof(); rs.MoveNext())
-        dangling.insert({rs.Field("SlotID").toInt(), rs.Field("RoomID").toInt()});
-    for (const Heading& time : times) {
-        for (const Heading& day : days) {
-            auto rooms = roomBookingsAt(time.projectID, day.projectID);
-            for (; !rooms.eof(); rooms.MoveNext()) {
-                const qint32 slot = CreateSlotRecord(TimetableID, time.start, time.duration,
-                                                     day.day, SpecialID::Ordinary, day.id, time.id);
-                const qint32 room = rooms.Field("ID").toInt();
-                if (!dangling.contains({slot, room}))
-                    CreateRoomSlotRecord(slot, room, false);
-            }
-        }
-    }
 }
 
 bool HasRealSubjects() {

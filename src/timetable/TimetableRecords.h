@@ -9,15 +9,9 @@ namespace ModMain {
 
 // Creates a timetable of type "Class", "Tutor" or "Room" for the owner, in
 // the style: its Timetable row, its copies of the project's periods and days,
-// and for a tutor the cross-referenced slots. Returns the new id, or 0 when
-// the style does not exist or the project could not be written (nothing is).
+// and every lesson the owner already has. Returns the new id, or 0 when the
+// style does not exist or the project could not be written (nothing is).
 qint32 CreateTimetable(const QString& type, qint32 whoID, qint32 styleID);
-// Gives a new timetable one slot per room booking found anywhere in the
-// project at each of its days and periods.
-void DoCrossReferenceNewTimetable(qint32 TimetableID, const QString& Type, qint32 WhoID);
-// The same rows, ids and order as DoCrossReferenceNewTimetable, with the
-// heading rows read once instead of three look-ups per slot.
-void CrossReferenceNewTimetableFast(qint32 TimetableID, const QString& Type, qint32 WhoID);
 // Whether the project has subjects besides the placeholder row.
 bool HasRealSubjects();
 // Removes the timetable, its headings, its slots and their links.
