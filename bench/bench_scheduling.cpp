@@ -7,6 +7,7 @@
 #include "common/Common.h"
 #include "scheduling/Assignment.h"
 #include "scheduling/Availability.h"
+#include "timetable/Lessons.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
 
@@ -119,6 +120,8 @@ void BM_TickClass(benchmark::State& state) {
         ModMain::TickResource(ResourceKind::Class, classes[next], cells[next]);
         state.PauseTiming();
         restore();
+        // The lessons are read when the cell is clicked, before any tick.
+        ModMain::LessonIndex::current();
         next = (next + 1) % cells.size();
         state.ResumeTiming();
     }
