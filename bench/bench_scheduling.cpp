@@ -7,9 +7,9 @@
 #include "common/Common.h"
 #include "scheduling/Assignment.h"
 #include "scheduling/Availability.h"
-#include "timetable/Lessons.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
+#include "timetable/Lessons.h"
 
 #include <QApplication>
 #include <benchmark/benchmark.h>
