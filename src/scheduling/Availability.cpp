@@ -1,7 +1,6 @@
 #include "scheduling/Availability.h"
 
 #include "store/ModMain.h"
-#include "store/Transaction.h"
 
 namespace ModMain {
 

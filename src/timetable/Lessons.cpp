@@ -510,10 +510,15 @@ void setLinks(qint32 slot, const Members& have, const Members& want) {
             addLink(m, slot);
 }
 
-void deleteSlot(qint32 slot) {
+// Every link of the slot, also to resources that are gone.
+void deleteLinksOf(qint32 slot) {
     for (const ResourceKind kind : kKinds)
         DB().Execute(
             QStringLiteral("DELETE FROM %1Slot WHERE SlotID = %2").arg(KindWord(kind)).arg(slot));
+}
+
+void deleteSlot(qint32 slot) {
+    deleteLinksOf(slot);
     DB().Execute(QStringLiteral("DELETE FROM Slot WHERE id = %1").arg(slot));
 }
 
@@ -530,9 +535,7 @@ qint32 createSlot(qint32 timetable, const Period& p) {
         return 0;
     const qint32 slot = CreateSlotAt(timetable, rs.Field("d").toInt(), rs.Field("t").toInt());
     // Links a deleted slot of the same id left behind are nobody's.
-    for (const ResourceKind kind : kKinds)
-        DB().Execute(
-            QStringLiteral("DELETE FROM %1Slot WHERE SlotID = %2").arg(KindWord(kind)).arg(slot));
+    deleteLinksOf(slot);
     return slot;
 }
 } // namespace

@@ -13,7 +13,6 @@
 
 #include <QFontMetrics>
 #include <QHeaderView>
-#include <functional>
 
 namespace ModMain {
 

@@ -56,50 +56,10 @@ const int* linesFor(const QString& Type) {
     return nullptr;
 }
 
-QString joinLines(const QStringList (&kinds)[4], const int* lines) {
-    const QString br = QStringLiteral("\r\n");
-    const QString sep = QStringLiteral(", ");
-    return kinds[lines[0]].join(sep) + br + kinds[lines[1]].join(sep) + br +
-           kinds[lines[2]].join(sep);
-}
 } // namespace
 
 QString EmptySlotText(const QString& Type) {
     return linesFor(Type) ? QStringLiteral("\r\n\r\n") : QString();
-}
-
-QHash<qint32, QString> FormatSlotTexts(qint32 TimetableID, const QString& Type) {
-    QHash<qint32, QString> texts;
-    const int* lines = linesFor(Type);
-    if (!lines)
-        return texts;
-    // Each part is FormatSlotText's statement for one kind, for every slot at
-    // once; sorting by slot, kind and name gives each list in its own order.
-    const QString part = QStringLiteral(
-        "SELECT Slot.id AS SlotID, %1 AS kind, %2.%3 AS name FROM Slot, %2Slot, %2 WHERE "
-        "Slot.TimetableID = %4 AND %2Slot.SlotID = Slot.id AND %2.ID = %2Slot.%2ID");
-    const QString id = QString::number(TimetableID);
-    const QString sql =
-        part.arg(QStringLiteral("0"), QStringLiteral("Tutor"), QStringLiteral("DisplayName"), id) +
-        QStringLiteral(" UNION ALL ") +
-        part.arg(QStringLiteral("1"), QStringLiteral("Subject"), QStringLiteral("Name"), id) +
-        QStringLiteral(" UNION ALL ") +
-        part.arg(QStringLiteral("2"), QStringLiteral("Room"), QStringLiteral("Name"), id) +
-        QStringLiteral(" UNION ALL ") +
-        part.arg(QStringLiteral("3"), QStringLiteral("Class"), QStringLiteral("Name"), id) +
-        QStringLiteral(" ORDER BY 1, 2, 3;");
-    const TableArray table = DB().Execute(sql).vTableArray();
-    for (qsizetype r = 1; r < table.size();) {
-        const qint32 slot = table.at(r).value(0).toInt();
-        QStringList kinds[4];
-        for (; r < table.size() && table.at(r).value(0).toInt() == slot; ++r) {
-            const int kind = table.at(r).value(1).toInt();
-            if (kind >= 0 && kind < 4)
-                kinds[kind] << table.at(r).value(2).toString();
-        }
-        texts.insert(slot, joinLines(kinds, lines));
-    }
-    return texts;
 }
 
 namespace {

@@ -10,9 +10,6 @@ namespace ModMain {
 // The cell text of a slot: three lines joined by "\r\n", chosen by the
 // timetable type; lines stay when their list is empty.
 QString FormatSlotText(qint32 SlotID, const QString& Type);
-// FormatSlotText of every slot of a timetable that has a resource, read in
-// one statement; a slot missing from the result has the text of no resource.
-QHash<qint32, QString> FormatSlotTexts(qint32 TimetableID, const QString& Type);
 // The text of a slot without resources: the three empty lines, or nothing.
 QString EmptySlotText(const QString& Type);
 // "9:00 - 10:00": start and end of a period in the current clock style.
