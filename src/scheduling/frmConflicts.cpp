@@ -70,10 +70,10 @@ frmConflicts::frmConflicts(ShowCell show, QWidget* parent)
         conflicts.isEmpty()
             ? QStringLiteral("No double bookings: every tutor, room and class is in "
                              "one lesson at a time.")
-            : QStringLiteral("%1 double booking(s): a tutor, room or class in two "
-                             "or more lessons at once. Choose one and Show in "
-                             "Timetable to go to it.")
-                  .arg(conflicts.size()));
+            : (conflicts.size() == 1 ? QStringLiteral("One double booking")
+                                     : QStringLiteral("%1 double bookings").arg(conflicts.size())) +
+                  QStringLiteral(": a tutor, room or class in two or more lessons at once. "
+                                 "Choose one and Show in Timetable to go to it."));
     cmdShow->setEnabled(!conflicts.isEmpty());
     if (!conflicts.isEmpty())
         grdConflicts->selectRow(0);
