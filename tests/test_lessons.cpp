@@ -1,10 +1,15 @@
 // A lesson shows the same in every timetable it belongs to, whatever the
 // user did: seeded random actions (ticks and unticks in class, tutor and room
-// timetables, period marks, moves and swaps, timetables made and deleted,
-// undo and redo) on generated schools, each checked against a small model of
+// timetables, period marks, moves and swaps, Auto Fill, timetables made and
+// deleted, undo and redo) on generated schools, each checked against a small model of
 // lessons kept here: every timetable's grid, the lists' statuses and the
-// double bookings. A failure names the shortest run of actions that shows it.
+// double bookings; and the lessons the program keeps up to date as it writes
+// equal those it reads whole from the file. A failure names the shortest run of actions that shows
+// it.
 
+#include "autofill/AutoFillEngine.h"
+#include "autofill/AutoFillState.h"
+#include "common/Arrays.h"
 #include "scheduling/LessonMove.h"
 #include "scheduling/ListSelect.h"
 #include "scheduling/PeriodMarking.h"
@@ -73,8 +78,8 @@ struct Action {
 };
 
 QString describe(const Action& a, const QStringList& names) {
-    static const char* words[] = {"click", "click",  "click",  "click", "mark",
-                                  "move",  "create", "delete", "undo",  "redo"};
+    static const char* words[] = {"click",  "click",  "click", "click", "mark",     "move",
+                                  "create", "delete", "undo",  "redo",  "auto fill"};
     return QStringLiteral("%1 owner %2 at %3/%4 resource %5 code %6 to %7/%8")
         .arg(QLatin1String(words[a.what]), names.value(a.owner))
         .arg(a.day)
@@ -162,6 +167,10 @@ public:
                 });
             }
             return {};
+        case 10:
+            if (tt && owner.kind == ResourceKind::Class)
+                return autoFill(owner, tt, a);
+            return {};
         case 8:
             if (history->stack().canUndo() != !done.empty())
                 return QStringLiteral("undo offered: %1, steps: %2")
@@ -173,7 +182,7 @@ public:
                 done.pop_back();
             }
             return {};
-        default:
+        case 9:
             if (undone.empty())
                 return {};
             if (history->redo()) {
@@ -183,6 +192,7 @@ public:
             }
             return {};
         }
+        return {};
     }
 
     // Everything a user sees, against the model.
@@ -240,6 +250,11 @@ public:
                             QString::number(projectID("TimeTitle", p)));
         if (program != expected)
             return QStringLiteral("double bookings differ");
+        // Kept up to date by the writes, or read whole: the same.
+        const QString kept = indexText(idx);
+        ModMain::LessonIndex::invalidate();
+        if (indexText(ModMain::LessonIndex::current()) != kept)
+            return QStringLiteral("the lessons kept differ from those read whole");
         return {};
     }
 
@@ -411,6 +426,102 @@ private:
             model.put(a.day, a.period, s->members);
         return {};
     }
+    // The fill's choices are its own: the model takes what it wrote into the
+    // class's own slots (read from the file, not through the program's
+    // lessons) and expects each such lesson in every timetable it names.
+    QString autoFill(const Member& owner, qint32 tt, const Action& a) {
+        const auto ownSlots = [&] {
+            std::map<qint32, std::pair<std::pair<int, int>, Model::Set>> out;
+            for (const QString& row :
+                 rows("SELECT Slot.id, pd.Pos, pt.Pos FROM Slot, DayTitle d, TimeTitle t, "
+                      "ProjectDayTitle pd, ProjectTimeTitle pt WHERE d.ID = Slot.DayTitleID AND "
+                      "t.ID = Slot.TimeTitleID AND pd.id = d.ProjectDayTitleID AND pt.id = "
+                      "t.ProjectTimeTitleID AND Slot.TimetableID = %1",
+                      tt)) {
+                const QStringList f = row.split('|');
+                out[f[0].toInt()].first = {f[1].toInt(), f[2].toInt()};
+            }
+            for (const ResourceKind k : {ResourceKind::Tutor, ResourceKind::Subject,
+                                         ResourceKind::Room, ResourceKind::Class})
+                for (const QString& row :
+                     rows("SELECT SlotID, %1ID FROM %1Slot", ModMain::KindWord(k))) {
+                    const auto it = out.find(row.section('|', 0, 0).toInt());
+                    if (it != out.end())
+                        it->second.second.insert({k, row.section('|', 1).toInt()});
+                }
+            return out;
+        };
+        const auto before = ownSlots();
+        const qint32 free = ModMain::GetTotalSlotsForTimetable(tt) -
+                            ModMain::GetTotalAllocatedSlotsForTimetable(tt);
+        if (free < 1)
+            return {};
+        AutoFill::Reset();
+        AutoFill::State& s = AutoFill::state();
+        s.AutoFill_WhoID = tt;
+        s.AutoFill_IncludeSubjects = {all[8].id, all[9].id};
+        s.AutoFill_IncludeSubjectPeriods = {qMin(free, 1 + a.code % 2), free > 2 ? 1 : 0};
+        for (const Member& m : all)
+            if (m.kind == ResourceKind::Tutor)
+                s.AutoFill_Tutors << m.id;
+            else if (m.kind == ResourceKind::Room)
+                s.AutoFill_Rooms << m.id;
+        s.AutoFill_MethodID = 1;
+        Common::Randomize(quint32(a.resource * 7 + a.day2));
+        ModMain::FillProgress quiet;
+        {
+            const ActionName n(QStringLiteral("Auto Fill"));
+            if (ModMain::RunAutoFill(quiet) != ModMain::FillOutcome::Finished)
+                return QStringLiteral("the fill did not finish");
+        }
+        step();
+        for (const auto& [slot, after] : ownSlots()) {
+            const auto old = before.find(slot);
+            Model::Set was = old == before.end() ? Model::Set{} : old->second.second;
+            if (old != before.end() && was == after.second)
+                continue;
+            const auto [d, p] = after.first;
+            if (model.mark(owner, d, p) != 1)
+                return QStringLiteral("the fill wrote into the marked cell %1/%2").arg(d).arg(p);
+            was.insert(owner);
+            for (const Model::Lesson* l : model.at(d, p, owner))
+                if (l->members == was) {
+                    model.remove(l);
+                    break;
+                }
+            Model::Set now = after.second;
+            now.insert(owner);
+            model.put(d, p, now);
+        }
+        return {};
+    }
+    // Every slot and lesson the program knows, in the project's order.
+    static QString indexText(const ModMain::LessonIndex& idx) {
+        QStringList out;
+        for (int d = 1; d <= kDays; ++d)
+            for (int p = 1; p <= kPeriods; ++p) {
+                const ModMain::Period at{projectID("DayTitle", d), projectID("TimeTitle", p)};
+                for (const ModMain::SlotEntry& e : idx.slotsAt(at)) {
+                    QStringList links;
+                    for (const Member& m : e.links)
+                        links << QStringLiteral("%1:%2").arg(int(m.kind)).arg(m.id);
+                    out << QStringLiteral("slot %1 of %2 mark %3: %4")
+                               .arg(e.id)
+                               .arg(e.timetable)
+                               .arg(e.special)
+                               .arg(links.join(','));
+                }
+                for (const ModMain::Lesson& l : idx.at(at)) {
+                    QStringList members, slots;
+                    for (const Member& m : l.members)
+                        members << QStringLiteral("%1:%2").arg(int(m.kind)).arg(m.id);
+                    for (const qint32 id : l.slots)
+                        slots << QString::number(id);
+                    out << members.join(',') + QStringLiteral(" in ") + slots.join(',');
+                }
+            }
+        return out.join('\n');
+    }
     // An action was made: when it changed the file, it can be undone.
     void step() {
         if (history->stack().index() > indexBefore) {
@@ -437,7 +548,7 @@ std::vector<Action> actions(quint32 seed, int count) {
     QRandomGenerator rng(seed);
     std::vector<Action> out;
     for (int i = 0; i < count; ++i)
-        out.push_back({rng.bounded(10), rng.bounded(8), 1 + rng.bounded(kDays),
+        out.push_back({rng.bounded(11), rng.bounded(8), 1 + rng.bounded(kDays),
                        1 + rng.bounded(kPeriods), rng.bounded(10), 1 + rng.bounded(4),
                        1 + rng.bounded(kDays), 1 + rng.bounded(kPeriods)});
     return out;

@@ -117,6 +117,17 @@ QStringList indexSnapshot(const ModMain::LessonIndex& idx) {
     for (const QString& row : rows("SELECT d.id || '|' || t.id FROM ProjectDayTitle d, "
                                    "ProjectTimeTitle t ORDER BY d.Pos, t.Pos")) {
         const ModMain::Period p{row.section('|', 0, 0).toInt(), row.section('|', 1).toInt()};
+        for (const ModMain::SlotEntry& e : idx.slotsAt(p)) {
+            QStringList links;
+            for (const ModMain::Member& m : e.links)
+                links << QStringLiteral("%1:%2").arg(int(m.kind)).arg(m.id);
+            out << QStringLiteral("%1 slot %2 of %3 mark %4: %5")
+                       .arg(row)
+                       .arg(e.id)
+                       .arg(e.timetable)
+                       .arg(e.special)
+                       .arg(links.join(','));
+        }
         for (const ModMain::Lesson& l : idx.at(p)) {
             QStringList members;
             for (const ModMain::Member& m : l.members)

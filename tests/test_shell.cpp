@@ -313,7 +313,7 @@ private Q_SLOTS:
             // A failing statement, word for word, at the line that raises it.
             const QString source =
                 QString::fromUtf8(readFile(VANTOR_SOURCE_DIR "/src/store/clsSQLite.cpp"));
-            const qsizetype at = source.indexOf("throw VbError(VbErr::SqlError");
+            const qsizetype at = source.indexOf("where a failing statement is reported");
             QVERIFY(at > 0);
             MessageRecorder boxes;
             ModMain::DB().Execute("SELECT * FROM NoSuchTable;");

@@ -100,9 +100,11 @@ qint32 GetTotalSlotsForTimetable(qint32 TimetableID) {
 }
 
 qint32 GetTotalAllocatedSlotsForTimetable(qint32 TimetableID) {
-    return total(QStringLiteral("SELECT COUNT(*) AS tot FROM slot, subjectslot WHERE slot.id = "
-                                "subjectslot.slotid AND slot.timetableid = ") +
-                 number(TimetableID));
+    // A lunch, break or unavailable period takes no lesson, so it is never free.
+    return total(QStringLiteral("SELECT COUNT(*) AS tot FROM slot WHERE slot.timetableid = ") +
+                 number(TimetableID) +
+                 QStringLiteral(" AND (slot.specialid <> 1 OR EXISTS (SELECT 1 FROM subjectslot "
+                                "WHERE subjectslot.slotid = slot.id))"));
 }
 
 qint32 GetNearestIndex(const QVector<qint32>& array, qint32 StartSearchIndex, qint32 MatchValue) {
@@ -221,8 +223,11 @@ void InitPointValues(FreeCellGrid& grid, QVector<TimeRecord>& TimeID, QVector<Da
             FreeCell& cell = grid[p - 1][d - 1];
             const qint32 id = slots.Field(qint16(0)).toInt();
             cell.SlotID = id;
-            // Only a subject makes a cell taken; a tutor, room or period mark does not.
-            if (total(QStringLiteral("SELECT COUNT(*) AS tot FROM SubjectSlot WHERE slotID = ") +
+            // A subject makes a cell taken, and so does a period mark: a
+            // lesson there would show in no other timetable. A tutor or room
+            // alone does not.
+            if (slots.Field(qint16(5)).toInt() != SpecialID::Ordinary ||
+                total(QStringLiteral("SELECT COUNT(*) AS tot FROM SubjectSlot WHERE slotID = ") +
                       number(id)) != 0)
                 cell.Free = false;
         }

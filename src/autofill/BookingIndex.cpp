@@ -2,6 +2,9 @@
 
 #include "autofill/AutoFillEngine.h"
 #include "store/ModMain.h"
+#include "timetable/Lessons.h"
+
+#include <QSet>
 
 namespace ModMain {
 
@@ -11,45 +14,37 @@ BookingIndex::BookingIndex(ResourceKind kind, qint32 TimetableID, const QVector<
     const QString column = link + QLatin1Char('.') + word + QStringLiteral("ID");
     const QString timetable = QString::number(TimetableID);
 
-    auto usage = DB().Execute(QStringLiteral("SELECT %1 AS id, COUNT(*) AS tot FROM %2, Slot, "
-                                             "Timetable WHERE %2.SlotID = Slot.ID AND "
-                                             "Slot.TimetableID = Timetable.ID AND "
-                                             "Slot.TimetableID = %3 GROUP BY %1;")
-                                  .arg(column, link, timetable));
-    for (; !usage.eof(); usage.MoveNext()) {
-        const qint32 n = usage.Field("tot").toInt();
-        m_usage[usage.Field("id").toInt()] += n;
-        m_total += n;
+    // Thousands of rows: read in place rather than as a result table.
+    DB().ForEachRow(QStringLiteral("SELECT %1 AS id, COUNT(*) AS tot FROM %2, Slot, "
+                                   "Timetable WHERE %2.SlotID = Slot.ID AND "
+                                   "Slot.TimetableID = Timetable.ID AND "
+                                   "Slot.TimetableID = %3 GROUP BY %1;")
+                        .arg(column, link, timetable),
+                    [&](const clsSQLiteRow& row) {
+                        m_usage[row.Int(0)] += row.Int(1);
+                        m_total += row.Int(1);
+                    });
+
+    // Where the candidates are booked comes from the project's lessons, read
+    // already for the grid: every slot's links at each project day and
+    // period, in every timetable. A slot counts once however often it links
+    // the resource; the clash test only asks whether a slot other than the
+    // cell's own does. A heading without a project day or period matches no
+    // test, so it is left out.
+    const QSet<qint32> candidates(chosen.cbegin(), chosen.cend());
+    const LessonIndex& lessons = LessonIndex::current();
+    for (const Period& p : lessons.periods()) {
+        if (p.day == 0 || p.time == 0)
+            continue;
+        for (const SlotEntry& s : lessons.slotsAt(p))
+            for (const Member& m : s.links) {
+                if (m.kind != kind || !candidates.contains(m.id))
+                    continue;
+                ++m_busy[{m.id, p.time, p.day}];
+                if (s.timetable == TimetableID)
+                    ++m_own[{s.id, m.id}];
+            }
     }
-
-    // The same joins as the clash test; a heading without a project day or
-    // period matches no test, so it is left out.
-    const QString booked =
-        QStringLiteral("FROM Slot, %1, DayTitle, TimeTitle WHERE Slot.DayTitleID = DayTitle.ID "
-                       "AND Slot.TimeTitleID = TimeTitle.ID AND Slot.ID = %1.SlotID AND "
-                       "TimeTitle.ProjectTimeTitleID IS NOT NULL AND "
-                       "DayTitle.ProjectDayTitleID IS NOT NULL ")
-            .arg(link);
-    // Reading every booking of the project is most of the cost of a fill, so
-    // only the candidates' are read.
-    QStringList ids;
-    for (const qint32 id : chosen)
-        ids << QString::number(id);
-    auto busy = DB().Execute(
-        QStringLiteral("SELECT %1 AS id, TimeTitle.ProjectTimeTitleID AS t, "
-                       "DayTitle.ProjectDayTitleID AS d, COUNT(*) AS tot ")
-            .arg(column) +
-        booked +
-        QStringLiteral("AND %1 IN (%2) GROUP BY 1, 2, 3;").arg(column, ids.join(QLatin1Char(','))));
-    for (; !busy.eof(); busy.MoveNext())
-        m_busy[{busy.Field("id").toInt(), busy.Field("t").toInt(), busy.Field("d").toInt()}] +=
-            busy.Field("tot").toInt();
-
-    auto own = DB().Execute(
-        QStringLiteral("SELECT Slot.ID AS slot, %1 AS id, COUNT(*) AS tot ").arg(column) + booked +
-        QStringLiteral("AND Slot.TimetableID = ") + timetable + QStringLiteral(" GROUP BY 1, 2;"));
-    for (; !own.eof(); own.MoveNext())
-        m_own[{own.Field("slot").toInt(), own.Field("id").toInt()}] += own.Field("tot").toInt();
 }
 
 double BookingIndex::PointValue(const QVector<qint32>& chosen, qint32 index, qint32 set,

@@ -280,19 +280,9 @@ clsSQLiteRecordset clsSQLite::Execute(const QString& SQL) {
             sqlite3_free(err);
             sqlite3_free_table(result);
         }
-        if (isBusy(rc)) {
-            // Another program's lock is no fault of the program: say so once.
-            if (!ActionScope::Failed())
-                Common::MsgBox(ProjectBusyText(m_filename), Common::MsgButtons::Ok,
-                               Common::MsgIcon::Exclamation);
-            ActionScope::MarkFailed();
+        if (isBusy(rc) || !m_errMsg.isEmpty()) {
+            reportFailure(rc, SQL, "Execute");
             return rs;
-        }
-        if (!m_errMsg.isEmpty()) {
-            const QString description = QStringLiteral("Error in SQL '") + SQL +
-                                        QStringLiteral("'. Error '") + m_errMsg +
-                                        QStringLiteral("'");
-            throw VbError(VbErr::SqlError, QStringLiteral("clsSQLite ") + SQL, description);
         }
         rs.setVTableArray(std::move(table));
         rs.setRecordCount(rows);
@@ -305,6 +295,66 @@ clsSQLiteRecordset clsSQLite::Execute(const QString& SQL) {
                                variables().parameter(QStringLiteral("SQL"), SQL));
     }
     return rs;
+}
+
+void clsSQLite::reportFailure(int rc, const QString& SQL, const char* procedure) {
+    if (isBusy(rc)) {
+        // Another program's lock is no fault of the program: say so once.
+        if (!ActionScope::Failed())
+            Common::MsgBox(ProjectBusyText(m_filename), Common::MsgButtons::Ok,
+                           Common::MsgIcon::Exclamation);
+        ActionScope::MarkFailed();
+        return;
+    }
+    const int line = __LINE__; // where a failing statement is reported
+    const QString description = QStringLiteral("Error in SQL '") + SQL +
+                                QStringLiteral("'. Error '") + m_errMsg + QStringLiteral("'");
+    ErrorHandler(QStringLiteral("clsSQLite"), QString::fromLatin1(procedure), line,
+                 VbError(VbErr::SqlError, QStringLiteral("clsSQLite ") + SQL, description),
+                 variables().parameter(QStringLiteral("SQL"), SQL));
+}
+
+qint32 clsSQLiteRow::Int(int column) const {
+    return sqlite3_column_int(m_st, column);
+}
+
+QString clsSQLiteRow::Text(int column) const {
+    return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(m_st, column)),
+                             sqlite3_column_bytes(m_st, column));
+}
+
+bool clsSQLite::ForEachRow(const QString& SQL,
+                           const std::function<void(const clsSQLiteRow&)>& visit) {
+    if (ActionScope::Failed())
+        return false;
+    m_errMsg.clear();
+    m_errCode = 0;
+    if (!m_db) {
+        m_errMsg = QStringLiteral("no project is open");
+        reportFailure(SQLITE_MISUSE, SQL, "ForEachRow");
+        return false;
+    }
+    sqlite3_stmt* st = nullptr;
+    const QByteArray text = SQL.toUtf8();
+    int rc = sqlite3_prepare_v2(m_db, text.constData(), int(text.size()), &st, nullptr);
+    if (rc == SQLITE_OK && st) {
+        const clsSQLiteRow row(st);
+        while ((rc = sqlite3_step(st)) == SQLITE_ROW)
+            visit(row);
+        if (rc == SQLITE_DONE)
+            rc = SQLITE_OK;
+    }
+    if (rc != SQLITE_OK) {
+        m_errMsg = QString::fromUtf8(sqlite3_errmsg(m_db));
+        m_errCode = rc;
+    }
+    sqlite3_finalize(st);
+    afterStatement();
+    if (rc != SQLITE_OK) {
+        reportFailure(rc, SQL, "ForEachRow");
+        return false;
+    }
+    return true;
 }
 
 qint32 clsSQLite::GetInsertID() const {

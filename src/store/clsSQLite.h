@@ -10,6 +10,18 @@
 #include <functional>
 
 struct sqlite3;
+struct sqlite3_stmt;
+
+// One row of a statement run by ForEachRow, read in place.
+class clsSQLiteRow {
+public:
+    explicit clsSQLiteRow(sqlite3_stmt* statement) : m_st(statement) {}
+    qint32 Int(int column) const;
+    QString Text(int column) const;
+
+private:
+    sqlite3_stmt* m_st;
+};
 
 class clsSQLite {
 public:
@@ -43,6 +55,10 @@ public:
     // that has failed already, nothing runs. Within a transaction the plain
     // "BEGIN;" and "COMMIT;" become a savepoint and its release.
     clsSQLiteRecordset Execute(const QString& SQL);
+    // Runs one statement and hands each row to visit as it comes, building
+    // no result: for reads of thousands of rows. Fails as Execute does,
+    // returning false.
+    bool ForEachRow(const QString& SQL, const std::function<void(const clsSQLiteRow&)>& visit);
     qint32 GetInsertID() const;
     // Changes whenever the open file's contents may have: a write by this
     // connection, a commit by another, or another file opened. Runs no
@@ -71,6 +87,9 @@ public:
 private:
     // The connection's state as an error report shows it.
     VariableDump variables() const;
+    // Tells of a failed statement: a lock by another program once, in
+    // words, failing the action; anything else as error 425.
+    void reportFailure(int rc, const QString& SQL, const char* procedure);
 
     qint32 m_handle = -1; // -1: nothing open; 0: the library refused the open
     sqlite3* m_db = nullptr;

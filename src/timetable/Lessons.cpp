@@ -1,6 +1,5 @@
 #include "timetable/Lessons.h"
 
-#include "common/Variant.h"
 #include "store/ModMain.h"
 #include "store/Records.h"
 #include "store/TimeText.h"
@@ -60,14 +59,6 @@ bool kindOfType(const QString& type, ResourceKind& kind) {
     return false;
 }
 
-// The rows of a statement without its heading row.
-TableArray rowsOf(const QString& sql) {
-    TableArray table = DB().Execute(sql).vTableArray();
-    if (!table.isEmpty())
-        table.removeFirst();
-    return table;
-}
-
 // Every slot at the periods the condition selects, with its period.
 QString slotsSql(const QString& where) {
     return QStringLiteral("SELECT s.id, s.TimetableID, d.ProjectDayTitleID, t.ProjectTimeTitleID, "
@@ -92,6 +83,33 @@ QString linksSql(const QString& slotCondition) {
 
 bool isSubset(const Members& part, const Members& whole) {
     return std::includes(whole.cbegin(), whole.cend(), part.cbegin(), part.cend());
+}
+
+// The slots the condition selects (all when empty), with their links, by
+// period and in id order.
+QHash<Period, QVector<SlotEntry>> readSlots(const QString& where) {
+    QHash<Period, QVector<SlotEntry>> out;
+    QHash<qint32, QPair<Period, int>> place; // slot -> its period and place there
+    QStringList ids;
+    DB().ForEachRow(slotsSql(where), [&](const clsSQLiteRow& row) {
+        const Period p{row.Int(2), row.Int(3)};
+        QVector<SlotEntry>& slots = out[p];
+        place.insert(row.Int(0), {p, int(slots.size())});
+        slots.append({row.Int(0), row.Int(1), row.Int(4), {}});
+        ids << QString::number(row.Int(0));
+    });
+    if (!where.isEmpty() && ids.isEmpty())
+        return out;
+    // A few slots are looked up by id; the whole project reads every link.
+    const QString linkCondition =
+        where.isEmpty() ? QString()
+                        : QStringLiteral(" AND l.SlotID IN (%1)").arg(ids.join(QLatin1Char(',')));
+    DB().ForEachRow(linksSql(linkCondition), [&](const clsSQLiteRow& row) {
+        const auto it = place.constFind(row.Int(0));
+        if (it != place.cend())
+            out[it->first][it->second].links.append({ResourceKind(row.Int(1)), row.Int(2)});
+    });
+    return out;
 }
 
 LessonIndex& instance() {
@@ -132,6 +150,41 @@ void LessonIndex::refreshAfterWrite(const QVector<Period>& periods, quint64 stam
     idx.m_stamp = DB().ChangeStamp();
 }
 
+void LessonIndex::applyWrites(const Period& p, const QVector<SlotEntry>& written,
+                              const QVector<qint32>& deleted, quint64 stampBefore) {
+    LessonIndex& idx = instance();
+    if (!idx.m_valid || idx.m_stamp != stampBefore) {
+        idx.m_valid = false;
+        return;
+    }
+    idx.putSlots(p, written, deleted);
+    idx.m_stamp = DB().ChangeStamp();
+}
+
+// What readPeriod would find after the writes: slots in id order, links
+// as group() normalizes them.
+void LessonIndex::putSlots(const Period& p, const QVector<SlotEntry>& written,
+                           const QVector<qint32>& deleted) {
+    PeriodData& data = m_periods[p];
+    QVector<SlotEntry>& slots = data.slots;
+    const auto byId = [](const SlotEntry& a, qint32 id) { return a.id < id; };
+    for (const qint32 id : deleted) {
+        const auto it = std::lower_bound(slots.begin(), slots.end(), id, byId);
+        if (it != slots.end() && it->id == id)
+            slots.erase(it);
+    }
+    for (const SlotEntry& e : written) {
+        const auto it = std::lower_bound(slots.begin(), slots.end(), e.id, byId);
+        if (it != slots.end() && it->id == e.id)
+            *it = e;
+        else
+            slots.insert(it, e);
+    }
+    group(data, p);
+    if (slots.isEmpty())
+        m_periods.remove(p);
+}
+
 void LessonIndex::readNames() {
     m_owners.clear();
     m_timetables.clear();
@@ -141,82 +194,64 @@ void LessonIndex::readNames() {
     m_periodNames.clear();
     m_dayPos.clear();
     m_periodPos.clear();
-    for (const auto& row : rowsOf(QStringLiteral("SELECT id, Type, ClassID, TutorID, RoomID FROM "
-                                                 "Timetable ORDER BY id;"))) {
-        ResourceKind kind;
-        if (!kindOfType(row.value(1).toString(), kind))
-            continue;
-        const int column = kind == ResourceKind::Class ? 2 : kind == ResourceKind::Tutor ? 3 : 4;
-        const Member owner{kind, row.value(column).toInt()};
-        m_owners.insert(row.value(0).toInt(), owner);
-        m_timetables[owner].append(row.value(0).toInt());
-    }
+    DB().ForEachRow(
+        QStringLiteral("SELECT id, Type, ClassID, TutorID, RoomID FROM Timetable ORDER BY id;"),
+        [&](const clsSQLiteRow& row) {
+            ResourceKind kind;
+            if (!kindOfType(row.Text(1), kind))
+                return;
+            const int column = kind == ResourceKind::Class   ? 2
+                               : kind == ResourceKind::Tutor ? 3
+                                                             : 4;
+            const Member owner{kind, row.Int(column)};
+            m_owners.insert(row.Int(0), owner);
+            m_timetables[owner].append(row.Int(0));
+        });
     for (const ResourceKind kind : kKinds) {
         const bool tutor = kind == ResourceKind::Tutor;
-        for (const auto& row : rowsOf(
-                 QStringLiteral("SELECT id, name%1 FROM %2 WHERE id <> 1;")
-                     .arg(tutor ? QStringLiteral(", DisplayName") : QString(), KindWord(kind)))) {
-            const Member m{kind, row.value(0).toInt()};
-            m_fullNames.insert(m, row.value(1).toString());
-            m_cellNames.insert(m, row.value(tutor ? 2 : 1).toString());
-        }
+        DB().ForEachRow(
+            QStringLiteral("SELECT id, name%1 FROM %2 WHERE id <> 1;")
+                .arg(tutor ? QStringLiteral(", DisplayName") : QString(), KindWord(kind)),
+            [&](const clsSQLiteRow& row) {
+                const Member m{kind, row.Int(0)};
+                m_fullNames.insert(m, row.Text(1));
+                m_cellNames.insert(m, row.Text(tutor ? 2 : 1));
+            });
     }
     int pos = 0;
-    for (const auto& row : rowsOf(QStringLiteral("SELECT id, DOW FROM ProjectDayTitle ORDER BY "
-                                                 "pos, id;"))) {
-        m_dayNames.insert(row.value(0).toInt(), row.value(1).toString());
-        m_dayPos.insert(row.value(0).toInt(), pos++);
-    }
+    DB().ForEachRow(QStringLiteral("SELECT id, DOW FROM ProjectDayTitle ORDER BY pos, id;"),
+                    [&](const clsSQLiteRow& row) {
+                        m_dayNames.insert(row.Int(0), row.Text(1));
+                        m_dayPos.insert(row.Int(0), pos++);
+                    });
     pos = 0;
-    for (const auto& row : rowsOf(QStringLiteral("SELECT id, StartTime, Duration FROM "
-                                                 "ProjectTimeTitle ORDER BY pos, id;"))) {
-        m_periodNames.insert(
-            row.value(0).toInt(),
-            FormatTimeTitle(TimeText::Parse(row.value(1).toString()), row.value(2).toInt(), false));
-        m_periodPos.insert(row.value(0).toInt(), pos++);
-    }
+    DB().ForEachRow(
+        QStringLiteral("SELECT id, StartTime, Duration FROM ProjectTimeTitle ORDER BY pos, id;"),
+        [&](const clsSQLiteRow& row) {
+            m_periodNames.insert(row.Int(0),
+                                 FormatTimeTitle(TimeText::Parse(row.Text(1)), row.Int(2), false));
+            m_periodPos.insert(row.Int(0), pos++);
+        });
 }
 
 void LessonIndex::readAll() {
     m_periods.clear();
     readNames();
-    QHash<qint32, QPair<Period, int>> where; // slot -> its period and place there
-    for (const auto& row : rowsOf(slotsSql(QString()))) {
-        const Period p{row.value(2).toInt(), row.value(3).toInt()};
-        PeriodData& data = m_periods[p];
-        where.insert(row.value(0).toInt(), {p, int(data.slots.size())});
-        data.slots.append({row.value(0).toInt(), row.value(1).toInt(), row.value(4).toInt(), {}});
+    const QHash<Period, QVector<SlotEntry>> all = readSlots(QString());
+    for (auto it = all.cbegin(); it != all.cend(); ++it) {
+        PeriodData& data = m_periods[it.key()];
+        data.slots = it.value();
+        group(data, it.key());
     }
-    for (const auto& row : rowsOf(linksSql(QString()))) {
-        const auto it = where.constFind(row.value(0).toInt());
-        if (it != where.cend())
-            m_periods[it->first].slots[it->second].links.append(
-                {ResourceKind(row.value(1).toInt()), row.value(2).toInt()});
-    }
-    for (auto it = m_periods.begin(); it != m_periods.end(); ++it)
-        group(it.value(), it.key());
 }
 
 void LessonIndex::readPeriod(const Period& p) {
-    const QString at = QStringLiteral(" AND d.ProjectDayTitleID = %1 AND t.ProjectTimeTitleID = %2")
-                           .arg(p.day)
-                           .arg(p.time);
     PeriodData data;
-    QHash<qint32, int> place;
-    for (const auto& row : rowsOf(slotsSql(at))) {
-        place.insert(row.value(0).toInt(), int(data.slots.size()));
-        data.slots.append({row.value(0).toInt(), row.value(1).toInt(), row.value(4).toInt(), {}});
-    }
-    const QString inPeriod =
-        QStringLiteral(" AND l.SlotID IN (SELECT s.id FROM Slot s, DayTitle d, TimeTitle t WHERE "
-                       "d.ID = s.DayTitleID AND t.ID = s.TimeTitleID") +
-        at + QLatin1Char(')');
-    for (const auto& row : rowsOf(linksSql(inPeriod))) {
-        const auto it = place.constFind(row.value(0).toInt());
-        if (it != place.cend())
-            data.slots[*it].links.append(
-                {ResourceKind(row.value(1).toInt()), row.value(2).toInt()});
-    }
+    data.slots =
+        readSlots(QStringLiteral(" AND d.ProjectDayTitleID = %1 AND t.ProjectTimeTitleID = %2")
+                      .arg(p.day)
+                      .arg(p.time))
+            .value(p);
     group(data, p);
     if (data.slots.isEmpty())
         m_periods.remove(p);
@@ -524,18 +559,32 @@ void deleteSlot(qint32 slot) {
 
 // A new slot of the timetable at the period; 0 when it has no such day or period.
 qint32 createSlot(qint32 timetable, const Period& p) {
-    auto rs = DB().Execute(QStringLiteral("SELECT (SELECT MIN(id) FROM DayTitle WHERE TimetableID "
-                                          "= %1 AND ProjectDayTitleID = %2) AS d, (SELECT MIN(id) "
-                                          "FROM TimeTitle WHERE TimetableID = %1 AND "
-                                          "ProjectTimeTitleID = %3) AS t;")
-                               .arg(timetable)
-                               .arg(p.day)
-                               .arg(p.time));
-    if (rs.eof() || rs.Field("d").isNull() || rs.Field("t").isNull())
+    auto rs = DB().Execute(
+        QStringLiteral("SELECT d.id AS d, t.id AS t, t.StartTime AS st, t.Duration AS du, "
+                       "d.DOW AS dow FROM DayTitle d, TimeTitle t WHERE "
+                       "d.TimetableID = %1 AND d.ProjectDayTitleID = %2 AND "
+                       "t.TimetableID = %1 AND t.ProjectTimeTitleID = %3 "
+                       "ORDER BY d.id, t.id LIMIT 1;")
+            .arg(timetable)
+            .arg(p.day)
+            .arg(p.time));
+    if (rs.eof())
         return 0;
-    const qint32 slot = CreateSlotAt(timetable, rs.Field("d").toInt(), rs.Field("t").toInt());
+    const qint32 slot =
+        CreateSlotRecord(timetable, TimeText::Parse(rs.Field("st").toString()),
+                         rs.Field("du").toInt(), rs.Field("dow").toString(), SpecialID::Ordinary,
+                         rs.Field("d").toInt(), rs.Field("t").toInt());
     // Links a deleted slot of the same id left behind are nobody's.
-    deleteLinksOf(slot);
+    QStringList anyLink;
+    for (const ResourceKind kind : kKinds)
+        anyLink << QStringLiteral("EXISTS (SELECT 1 FROM %1Slot WHERE SlotID = %2)")
+                       .arg(KindWord(kind))
+                       .arg(slot);
+    if (DB().Execute(QStringLiteral("SELECT ") + anyLink.join(QStringLiteral(" OR ")) +
+                     QStringLiteral(" AS n;"))
+            .Field("n")
+            .toInt() != 0)
+        deleteLinksOf(slot);
     return slot;
 }
 } // namespace
@@ -564,6 +613,8 @@ void WriteLesson(const Period& at, const Lesson* before, Members after) {
             anchor.insert(s.timetable, s.id);
     }
     QSet<qint32> used;
+    QVector<SlotEntry> written;
+    QVector<qint32> deleted;
     for (const qint32 t : targets) {
         qint32 slot = 0;
         for (const qint32 s : old.slots)
@@ -585,18 +636,22 @@ void WriteLesson(const Period& at, const Lesson* before, Members after) {
             continue;
         setLinks(slot, have, after);
         used.insert(slot);
+        written.append({slot, t, SpecialID::Ordinary, after});
     }
     for (const qint32 s : old.slots) {
         if (used.contains(s))
             continue;
         const SlotEntry e = entries.value(s);
         // The cell's first slot stays, as the grid knows it; others go.
-        if (anchor.value(e.timetable) == s)
+        if (anchor.value(e.timetable) == s) {
             setLinks(s, e.links, {});
-        else
+            written.append({s, e.timetable, e.special, {}});
+        } else {
             deleteSlot(s);
+            deleted.append(s);
+        }
     }
-    LessonIndex::refreshAfterWrite({at}, stampBefore);
+    LessonIndex::applyWrites(at, written, deleted, stampBefore);
 }
 
 void RemoveLesson(const Lesson& lesson) {
@@ -621,10 +676,13 @@ void CopyLessonsInto(qint32 timetable) {
 
 OwnSlotsChange::OwnSlotsChange(qint32 timetable) : m_timetable(timetable) {
     const LessonIndex& idx = LessonIndex::current();
+    m_stamp = LessonIndex::stamp();
     for (auto it = idx.m_periods.cbegin(); it != idx.m_periods.cend(); ++it) {
         for (const SlotEntry& s : it->slots)
-            if (s.timetable == timetable)
+            if (s.timetable == timetable) {
                 m_links.insert(s.id, s.links);
+                m_periodOf.insert(s.id, it.key());
+            }
         for (const Lesson& l : it->lessons)
             for (const qint32 slot : l.slots)
                 if (m_links.contains(slot))
@@ -633,7 +691,38 @@ OwnSlotsChange::OwnSlotsChange(qint32 timetable) : m_timetable(timetable) {
 }
 
 void OwnSlotsChange::writeOut() {
-    LessonIndex::invalidate();
+    // The work wrote this timetable's slots only: read them back and put
+    // them in place, rather than reading the whole project again.
+    QHash<Period, QVector<SlotEntry>> now =
+        readSlots(QStringLiteral(" AND s.TimetableID = %1").arg(m_timetable));
+    QSet<qint32> where;
+    for (const auto& slots : std::as_const(now))
+        for (const SlotEntry& e : slots)
+            where.insert(e.id);
+    QHash<Period, QVector<qint32>> gone;
+    for (auto it = m_periodOf.cbegin(); it != m_periodOf.cend(); ++it)
+        if (!where.contains(it.key()))
+            gone[it.value()].append(it.key());
+    QSet<Period> touched;
+    for (auto it = now.begin(); it != now.end(); ++it)
+        for (SlotEntry& e : it.value()) {
+            e.links = Normalized(e.links);
+            if (!m_links.contains(e.id) || m_links.value(e.id) != e.links)
+                touched.insert(it.key());
+        }
+    for (auto it = gone.cbegin(); it != gone.cend(); ++it)
+        touched.insert(it.key());
+    // In the project's order, so the rows written are the same every run.
+    QVector<Period> periods(touched.cbegin(), touched.cend());
+    std::sort(periods.begin(), periods.end(), [](const Period& a, const Period& b) {
+        return std::pair(a.day, a.time) < std::pair(b.day, b.time);
+    });
+    quint64 stamp = m_stamp;
+    for (const Period& p : periods) {
+        LessonIndex::applyWrites(p, now.value(p), gone.value(p), stamp);
+        stamp = LessonIndex::stamp();
+    }
+
     const LessonIndex& idx = LessonIndex::current();
     const Member owner = idx.ownerOf(m_timetable);
     struct Change {
@@ -642,18 +731,17 @@ void OwnSlotsChange::writeOut() {
         Members after;
     };
     QVector<Change> changes;
-    for (auto it = idx.m_periods.cbegin(); it != idx.m_periods.cend(); ++it)
-        for (const SlotEntry& s : it->slots) {
+    for (const Period& p : periods)
+        for (const SlotEntry& s : idx.slotsAt(p)) {
             if (s.timetable != m_timetable || s.special != SpecialID::Ordinary ||
                 (m_links.contains(s.id) && m_links.value(s.id) == s.links))
                 continue;
-            Lesson before = m_lessonOf.value(s.id, Lesson{it.key(), {}, {}});
-            before.at = it.key();
+            Lesson before = m_lessonOf.value(s.id, Lesson{p, {}, {}});
+            before.at = p;
             if (!before.slots.contains(s.id))
                 before.slots << s.id;
             changes.append({s.id, before, s.links + Members{owner}});
         }
-    // In the order of the slots, so the rows written are the same every run.
     std::sort(changes.begin(), changes.end(),
               [](const Change& a, const Change& b) { return a.slot < b.slot; });
     for (const Change& c : changes)

@@ -83,6 +83,8 @@ public:
     static void invalidate();
 
     const QVector<Lesson>& at(const Period& p) const;
+    // Every period that has a slot, in no order.
+    QVector<Period> periods() const { return m_periods.keys(); }
     const QVector<SlotEntry>& slotsAt(const Period& p) const;
     // The lessons at p that hold the resource.
     QVector<const Lesson*> holding(const Period& p, const Member& m) const;
@@ -125,6 +127,11 @@ public:
     static void refreshAfterWrite(const QVector<Period>& periods, quint64 stampBefore);
     // What the file's state is known as now (see refreshAfterWrite).
     static quint64 stamp();
+    // The same for a writer that knows the rows it wrote at the period: the
+    // slots it wrote (links as written) and those it deleted are put in
+    // place without reading the file.
+    static void applyWrites(const Period& p, const QVector<SlotEntry>& written,
+                            const QVector<qint32>& deleted, quint64 stampBefore);
 
 private:
     friend class OwnSlotsChange;
@@ -135,6 +142,8 @@ private:
     QVector<Period> periodsInOrder() const;
     void readAll();
     void readPeriod(const Period& p);
+    void putSlots(const Period& p, const QVector<SlotEntry>& written,
+                  const QVector<qint32>& deleted);
     void readNames();
     void group(PeriodData& data, const Period& at) const;
 
@@ -167,8 +176,10 @@ public:
 
 private:
     qint32 m_timetable;
+    quint64 m_stamp = 0;
     QHash<qint32, Members> m_links;   // the timetable's slots' links before
     QHash<qint32, Lesson> m_lessonOf; // the lesson each slot held before
+    QHash<qint32, Period> m_periodOf;
 };
 
 // The three lines of a cell for a timetable type; several lessons at once
