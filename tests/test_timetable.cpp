@@ -402,7 +402,8 @@ private Q_SLOTS:
         QCOMPARE(w.windowTitle(), QStringLiteral("Vantor Planner - Room Lab"));
         auto* list = w.findChild<QToolButton*>(QStringLiteral("tbTimetables"));
         QCOMPARE(list->menu()->actions().size(), 1);
-        QCOMPARE(list->menu()->actions().first()->text(), QStringLiteral("Room Lab - Selected"));
+        QCOMPARE(list->menu()->actions().first()->text(), QStringLiteral("Room Lab"));
+        QVERIFY(list->menu()->actions().first()->isChecked());
         // Deleting the last leaves the empty state.
         w.command(QStringLiteral("mnuFileDelete"))->trigger();
         QCOMPARE(value("SELECT COUNT(*) FROM Timetable"), "0");
@@ -411,6 +412,36 @@ private Q_SLOTS:
         QCOMPARE(w.windowTitle(), QStringLiteral("Vantor Planner"));
         QVERIFY(!w.command(QStringLiteral("mnuFileDelete"))->isEnabled());
         QVERIFY(!list->isEnabled());
+    }
+    void toolbarListSortedAndChecked() {
+        Project p;
+        const qint32 zed = makeTimetable("Tutor", ModMain::CreateTutorRecord("Zed", "Z", "", ""));
+        const qint32 lab = makeTimetable("Room", ModMain::CreateRoomRecord("Lab", 30));
+        const qint32 c7b = classTimetable("7b");
+        classTimetable("10A");
+        classTimetable("7A");
+        frmMain w;
+        w.Form_Load(p.file);
+        QMenu* menu = w.findChild<QToolButton*>(QStringLiteral("tbTimetables"))->menu();
+        const auto listed = [&] {
+            QStringList texts;
+            for (QAction* a : menu->actions())
+                texts << a->text() + (a->isChecked() ? "*" : "");
+            return texts;
+        };
+        w.LoadTimetable(c7b);
+        QCOMPARE(listed(),
+                 QStringList({"Class 10A", "Class 7A", "Class 7b*", "Tutor Zed", "Room Lab"}));
+        // Choosing an entry shows its timetable and moves the check.
+        menu->findChild<QAction*>(QStringLiteral("k%1").arg(lab))->trigger();
+        QCoreApplication::processEvents();
+        QCOMPARE(Timetable::current().ID, lab);
+        QCOMPARE(listed().filter("*"), QStringList{"Room Lab*"});
+        // A renamed owner is listed by its new name, in its new place.
+        value("UPDATE Tutor SET name = 'Abe' WHERE name = 'Zed'");
+        w.LoadTimetable(zed);
+        QCOMPARE(listed(),
+                 QStringList({"Class 10A", "Class 7A", "Class 7b", "Tutor Abe*", "Room Lab"}));
     }
     void batchedLoadEqualsCellByCell() {
         // A generated school with the untidy corners real files have: duplicate

@@ -4,6 +4,7 @@
 // its subsystem; this class is the frame and the wiring.
 
 #include "scheduling/ListSelect.h"
+#include "timetable/TimetableRecords.h"
 #include "wizards/NewProject.h"
 
 #include <QColor>
@@ -208,6 +209,7 @@ private:
     QMenu* mnuHelp = nullptr;
     QToolBar* m_toolbar = nullptr;
     QToolButton* tbTimetables = nullptr;
+    QVector<ModMain::TimetableEntry> m_menuTimetables; // what the list's menu holds
     QLabel* m_statusPath = nullptr;
     bool m_unloaded = false;
 };

@@ -19,6 +19,7 @@
 #include "wizards/WizardState.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QApplication>
 #include <QFontMetrics>
 #include <QLabel>
@@ -74,36 +75,60 @@ void frmMain::buildTimetableList() {
 void frmMain::RefreshToolbarTimetables() {
     Guard("frmMain", "RefreshToolbarTimetables", [&] {
         QMenu* menu = tbTimetables->menu();
-        menu->clear();
-        menu->setToolTipsVisible(true);
         tbTimetables->setText(QStringLiteral("Timetables"));
         tbTimetables->setToolTip(QStringLiteral("Show another timetable"));
         if (!ModMain::ProjectIsOpen()) {
+            menu->clear();
+            m_menuTimetables.clear();
             tbTimetables->setEnabled(false);
             return;
         }
-        const qint32 current = Timetable::current().ID;
-        const QFontMetrics metrics(menu->font());
-        for (const ModMain::TimetableEntry& t : ModMain::TimetableList()) {
-            const qint32 id = t.id;
-            const QString key = QStringLiteral("k") + QString::number(id);
-            QString text = t.name;
-            if (id == current) {
-                tbTimetables->setText(
-                    elided(tbTimetables->fontMetrics(), text, kTimetableListWidth - 24));
-                tbTimetables->setToolTip(text);
-                text += QStringLiteral(" - Selected");
+        QVector<ModMain::TimetableEntry> list = ModMain::TimetableList();
+        // Classes, then tutors, then rooms, each by name as a person sorts them.
+        const auto rank = [](const QString& type) {
+            static const QStringList order = {"Class", "Tutor", "Room"};
+            const qsizetype at = order.indexOf(type);
+            return at < 0 ? order.size() : at;
+        };
+        std::stable_sort(list.begin(), list.end(), [&](const auto& a, const auto& b) {
+            if (rank(a.type) != rank(b.type))
+                return rank(a.type) < rank(b.type);
+            return QString::localeAwareCompare(a.name, b.name) < 0;
+        });
+        // Built again only when the list changed: showing another timetable
+        // moves only the check.
+        if (list != m_menuTimetables) {
+            menu->clear();
+            menu->setToolTipsVisible(true);
+            auto* group = new QActionGroup(menu);
+            const QFontMetrics metrics(menu->font());
+            for (const ModMain::TimetableEntry& t : list) {
+                const qint32 id = t.id;
+                const QString key = QStringLiteral("k") + QString::number(id);
+                // Long names are cut in the list; the whole name is the tooltip.
+                QAction* entry = menu->addAction(elided(metrics, t.name, kTimetableMenuWidth));
+                entry->setToolTip(t.name);
+                entry->setObjectName(key);
+                entry->setData(id);
+                entry->setCheckable(true);
+                group->addAction(entry);
+                // Queued: loading moves the check, which must not happen while
+                // the entry is still announcing its own click.
+                connect(
+                    entry, &QAction::triggered, this, [this, id] { LoadTimetable(id); },
+                    Qt::QueuedConnection);
             }
-            // Long names are cut in the list; the whole name is the tooltip.
-            QAction* entry = menu->addAction(elided(metrics, text, kTimetableMenuWidth));
-            entry->setToolTip(text);
-            entry->setObjectName(key);
-            entry->setData(key);
-            // Queued: loading rebuilds this menu, which must not delete the
-            // entry while it is still announcing its own click.
-            connect(
-                entry, &QAction::triggered, this, [this, id] { LoadTimetable(id); },
-                Qt::QueuedConnection);
+            m_menuTimetables = list;
+        }
+        const qint32 current = Timetable::current().ID;
+        for (QAction* entry : menu->actions()) {
+            const bool shown = entry->data().toInt() == current;
+            entry->setChecked(shown);
+            if (shown) {
+                tbTimetables->setText(elided(tbTimetables->fontMetrics(), entry->toolTip(),
+                                             kTimetableListWidth - 24));
+                tbTimetables->setToolTip(entry->toolTip());
+            }
         }
         tbTimetables->setEnabled(!menu->isEmpty());
     });

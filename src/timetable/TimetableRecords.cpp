@@ -207,6 +207,7 @@ QVector<TimetableEntry> TimetableList() {
          !rs.eof(); rs.MoveNext()) {
         TimetableEntry e;
         e.id = rs.Field("id").toInt();
+        e.type = rs.Field("type").toString();
         if (rs.Field("joined").toInt() == 1)
             e.name = nameFor(rs.Field("type").toString(), rs.Field("TutorName").toString(),
                              rs.Field("SubjectName").toString(), rs.Field("RoomName").toString(),

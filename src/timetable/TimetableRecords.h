@@ -35,6 +35,8 @@ QString GetTimetableName(qint32 TimetableID);
 struct TimetableEntry {
     qint32 id = 0;
     QString name; // as GetTimetableName gives it
+    QString type; // "Class", "Tutor", "Room" or what the file holds
+    bool operator==(const TimetableEntry&) const = default;
 };
 // Every timetable with its name, in the project's order, read in one
 // statement (GetTimetableName per timetable is the reference).
