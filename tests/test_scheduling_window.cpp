@@ -1,12 +1,14 @@
 // Hand scheduling through the main window, as a timetabler does it: clicking
 // cells, reading the lists' statuses, ticking, the clash question, the name
-// boxes, and marking periods.
+// boxes, marking periods, and one lesson shown alike in every timetable it is in.
 
+#include "autofill/AutoFillState.h"
 #include "scheduling/ListSelect.h"
 #include "scheduling/SchedulingState.h"
 #include "shell/frmMain.h"
 #include "store/Records.h"
 #include "support/Fixtures.h"
+#include "support/WindowDrive.h"
 #include "timetable/CellLook.h"
 #include "timetable/TimetableState.h"
 
@@ -311,6 +313,272 @@ private Q_SLOTS:
         QCOMPARE(s.w->gTutor->textMatrix(s.rowOf(s.w->gTutor, s.mary), 2), QString("Mary Zhou"));
         QVERIFY(s.w->g->textMatrix(1, 1).contains("MZ"));
         QCOMPARE(s.status(s.w->gTutor, s.mary), QString("-+"));
+    }
+    // A lesson ticked in a class, moved by a drag and filled by Auto Fill
+    // shows whole in the timetable of its tutor, made afterwards or before.
+    void classLessonsReachTheirTutor() {
+        School s;
+        s.select(s.t7A, 1, 1);
+        s.click(s.w->gTutor, s.mary);
+        s.click(s.w->gSubject, s.maths);
+        s.click(s.w->gRoom, s.lab);
+        // Her timetable made afterwards, from View > Timetables.
+        s.boxes.answer(MsgResult::Yes);
+        ModalDriver driver;
+        driver.expect("frmTableOpen", [](QDialog* d) {
+            auto* list = control<FlexGrid>(d, "grdTimetables");
+            for (int r = 1; r < list->rows(); ++r)
+                if (list->textMatrix(r, 0) == "mary")
+                    list->setRowCol(r, 1);
+            clickButton(d, "cmdOk");
+        });
+        for (const char* screen : {"Welcome", "Who", "Style", "Complete"})
+            driver.expect(QStringLiteral("frmScr_CreateTT_") + screen, press("cmdNext"));
+        const QString shown = driver.run([&] { s.w->command("mnuViewTimetable")->trigger(); });
+        QCOMPARE(s.boxes.texts(), QStringList{"Create timetable for mary?"});
+        QCOMPARE(shown, QString());
+        const qint32 tMary = Timetable::current().ID;
+        QCOMPARE(s.w->windowTitle(), QStringLiteral("Vantor Planner - Tutor mary"));
+        const auto words = [&](int row, int col) {
+            QStringList w =
+                s.w->g->textMatrix(row, col).split(QRegularExpression("\\s+"), Qt::SkipEmptyParts);
+            w.sort();
+            return w.join(' ');
+        };
+        QCOMPARE(words(1, 1), QStringLiteral("7A Lab Maths"));
+        s.select(tMary, 1, 1);
+        QCOMPARE(s.status(s.w->gClass, s.c7A), "-+");
+        QCOMPARE(s.status(s.w->gSubject, s.maths), "-+");
+        QCOMPARE(s.status(s.w->gRoom, s.lab), "-+");
+        // Dragged in the class to Tuesday 11:00: it leaves Monday in hers too.
+        s.select(s.t7A, 1, 1);
+        dragLesson(*s.w, 1, 1, 2, 3);
+        s.select(tMary, 2, 3);
+        QCOMPARE(words(1, 1), QString());
+        QCOMPARE(words(2, 3), QStringLiteral("7A Lab Maths"));
+        // Auto Fill gives 7B two Maths lessons with her, from Tools > Auto Fill.
+        s.select(s.t7B, 1, 1);
+        AutoFill::Reset();
+        const auto only = [](const char* list, const QString& name) {
+            return [list, name](QDialog* d) {
+                auto* l = control<QListWidget>(d, list);
+                for (int i = 0; i < l->count(); ++i)
+                    l->item(i)->setSelected(l->item(i)->text() == name);
+                clickButton(d, "cmdNext");
+            };
+        };
+        driver = ModalDriver();
+        driver.expect("frmScr_AutoFill_Welcome", press("cmdNext"));
+        driver.expect("frmScr_AutoFill_Timetable", [](QDialog* d) {
+            QCOMPARE(control<QComboBox>(d, "cboWho")->currentText(), QString("7B"));
+            clickButton(d, "cmdNext");
+        });
+        driver.expect("frmScr_AutoFill_Subjects", [](QDialog* d) {
+            control<QComboBox>(d, "cboPeriods")->setCurrentText("2");
+            control<QComboBox>(d, "cboSubjects")->setCurrentText("Maths");
+            clickButton(d, "cmdAdd");
+            clickButton(d, "cmdNext");
+        });
+        driver.expect("frmScr_AutoFill_Tutors", only("lstTutors", "mary"));
+        driver.expect("frmScr_AutoFill_Rooms", only("lstRooms", "Lab"));
+        driver.expect("frmScr_AutoFill_Method", press("cmdNext"));
+        driver.expect("frmScr_AutoFill_Complete", press("cmdNext"));
+        driver.expect("frmAutoFill_Progress", [](QDialog* d) {
+            QTRY_VERIFY_WITH_TIMEOUT(control<QPushButton>(d, "cmdCancel")->text() == "Done", 20000);
+            clickButton(d, "cmdCancel");
+        });
+        QCOMPARE(driver.run([&] { s.w->command("mnuToolsAutoFill")->trigger(); }), QString());
+        QCOMPARE(value("SELECT COUNT(*) FROM Slot JOIN SubjectSlot ON SlotID = Slot.id WHERE "
+                       "TimetableID = %1",
+                       s.t7B),
+                 "2");
+        // Each of 7B's lessons with her is in her timetable; where she was
+        // busy, Auto Fill gave the subject alone.
+        const auto count = [&](qint32 timetable, const QString& text) {
+            s.select(timetable, 1, 1);
+            int n = 0;
+            for (int r = 1; r < s.w->g->rows(); ++r)
+                for (int c = 1; c < s.w->g->cols(); ++c)
+                    n += words(r, c) == text;
+            return n;
+        };
+        const int withHer = count(s.t7B, QStringLiteral("Lab MY Maths"));
+        QVERIFY(withHer >= 1);
+        QCOMPARE(count(tMary, QStringLiteral("7B Lab Maths")), withHer);
+        QCOMPARE(words(2, 3), QStringLiteral("7A Lab Maths")); // and 7A's still there
+    }
+    // A lesson ticked in a tutor's timetable is the class's lesson too: the
+    // class shows it whole, and its room is no clash with that tutor.
+    void tutorLessonsReachTheirClass() {
+        School s;
+        s.select(s.tMark, 1, 2);
+        s.click(s.w->gClass, s.c7A);
+        s.click(s.w->gSubject, s.maths);
+        s.click(s.w->gRoom, s.lab);
+        // Each timetable leaves out its own owner.
+        QCOMPARE(s.w->g->textMatrix(1, 2), QStringLiteral("7A\r\nMaths\r\nLab"));
+        s.select(s.t7A, 1, 2);
+        QCOMPARE(s.w->g->textMatrix(1, 2), QStringLiteral("MK\r\nMaths\r\nLab"));
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "-+");
+        QCOMPARE(s.status(s.w->gRoom, s.lab), "-+");
+        // Unticking the room in the class takes it out of the tutor's too.
+        s.click(s.w->gRoom, s.lab);
+        QCOMPARE(s.status(s.w->gRoom, s.lab), "Avail");
+        s.select(s.tMark, 1, 2);
+        QVERIFY(!s.w->g->textMatrix(1, 2).contains("Lab"));
+        QVERIFY(s.w->g->textMatrix(1, 2).contains("7A"));
+        QVERIFY(s.boxes.messages().isEmpty());
+    }
+    // In the sample school, Mr Brown's Thursday 9:45 lists 7A Busy, as 7A has
+    // English with Ms Hughes then; ticking it asks, and No changes nothing.
+    void sampleSchoolTutorSeesClassesBusy() {
+        TestEnv env;
+        MessageRecorder boxes;
+        const QString file = env.path("sample.VNPL");
+        QVERIFY(QFile::copy(Common::AppDir() + "/sample-school.VNPL", file));
+        Timetable::Reset();
+        Scheduling::Reset();
+        frmMain w;
+        w.resize(1200, 800);
+        w.show();
+        w.Form_Load(file);
+        w.LoadTimetable(value("SELECT t.id FROM Timetable t JOIN Tutor ON Tutor.id = t.TutorID "
+                              "WHERE Tutor.name = 'Mr Brown'")
+                            .toInt());
+        // The cell under Thursday and 9:45, whichever way round the grid is.
+        int row = -1, col = -1;
+        for (int r = 1; r < w.g->rows(); ++r)
+            for (int c = 1; c < w.g->cols(); ++c) {
+                const QString across = w.g->textMatrix(0, c), down = w.g->textMatrix(r, 0);
+                if ((across + down).contains("Thursday") && (across + down).contains("9:45 "))
+                    row = r, col = c;
+            }
+        QVERIFY(row > 0);
+        w.g->setRowCol(row, col);
+        QCoreApplication::processEvents();
+        FlexGrid* classes = w.gClass;
+        const qint32 c7A = value("SELECT id FROM Class WHERE name = '7A'").toInt();
+        int at = -1;
+        for (int r = 1; r < classes->rows(); ++r)
+            if (classes->rowData(r) == c7A)
+                at = r;
+        QVERIFY(at > 0);
+        QCOMPARE(classes->textMatrix(at, 0), QStringLiteral("Busy"));
+        const QString before = dump(file);
+        ModalDriver driver;
+        driver.expect("frmClash", press("cmdNo"));
+        const QTableWidget* table = classes;
+        const QRect rect = classes->visualItemRect(table->item(at - 1, 0)); // its tick box
+        QCOMPARE(driver.run([&] {
+            QTest::mouseClick(classes->viewport(), Qt::LeftButton, {}, rect.center());
+        }),
+                 QString());
+        QCOMPARE(classes->textMatrix(at, 0), QStringLiteral("Busy"));
+        QVERIFY(boxes.messages().isEmpty());
+        w.close();
+        QCOMPARE(dump(file), before);
+    }
+    // A room in one lesson is Busy for another class, not a clash, though
+    // the lesson is in a tutor's timetable as well as the class's.
+    void oneLessonIsOneBooking() {
+        School s;
+        s.select(s.t7A, 1, 1);
+        s.click(s.w->gTutor, s.mark);
+        s.click(s.w->gRoom, s.lab);
+        s.select(s.t7B, 1, 1);
+        QCOMPARE(s.status(s.w->gRoom, s.lab), "Busy");
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "Busy");
+        s.select(s.tMark, 1, 1);
+        QCOMPARE(s.status(s.w->gRoom, s.lab), "-+");
+        QCOMPARE(s.status(s.w->gClass, s.c7A), "-+");
+        QCOMPARE(s.status(s.w->gClass, s.c7B), "Avail");
+    }
+    // A clash allowed with Yes stays in sight: both cells edged in red, the
+    // tutor listed Clash, and the double booking in Tools > Conflicts, which
+    // goes to the tutor's own timetable.
+    void allowedClashStaysVisible() {
+        School s;
+        s.select(s.t7A, 1, 1);
+        s.click(s.w->gTutor, s.mark);
+        s.select(s.t7B, 1, 1);
+        QCOMPARE(s.w->g->cellEdge(1, 1), QColor());
+        ModalDriver driver;
+        driver.expect("frmClash", clash("cmdYes"));
+        QCOMPARE(driver.run([&] { s.click(s.w->gTutor, s.mark); }), QString());
+        QCOMPARE(s.w->g->cellEdge(1, 1), ModMain::ConflictEdge());
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "Clash+");
+        s.select(s.t7A, 1, 1);
+        QCOMPARE(s.w->g->cellEdge(1, 1), ModMain::ConflictEdge());
+        QCOMPARE(s.w->g->cellEdge(1, 2), QColor());
+        s.select(s.t7C, 1, 1);
+        QCOMPARE(s.status(s.w->gTutor, s.mark), "Clash");
+        // Mark's own timetable shows both lessons in the one cell.
+        s.select(s.tMark, 1, 1);
+        QVERIFY(s.w->g->textMatrix(1, 1).contains("7A"));
+        QVERIFY(s.w->g->textMatrix(1, 1).contains("7B"));
+        QCOMPARE(s.w->g->cellEdge(1, 1), ModMain::ConflictEdge());
+        s.select(s.t7C, 2, 2);
+        driver = ModalDriver();
+        driver.expect("frmConflicts", [](QDialog* d) {
+            QCOMPARE(control<QLabel>(d, "lblSummary")->text(),
+                     QStringLiteral("One double booking: a tutor, room or class in two or more "
+                                    "lessons at once. Choose one and Show in Timetable to go to "
+                                    "it."));
+            auto* list = control<QTableWidget>(d, "grdConflicts");
+            QCOMPARE(list->rowCount(), 1);
+            QCOMPARE(list->item(0, 0)->text(), QStringLiteral("Monday"));
+            QCOMPARE(list->item(0, 2)->text(), QStringLiteral("Tutor Mark"));
+            QVERIFY(list->item(0, 3)->text().contains("7A"));
+            QVERIFY(list->item(0, 3)->text().contains("7B"));
+            clickButton(d, "cmdShow");
+        });
+        QCOMPARE(driver.run([&] { s.w->command("mnuToolsConflicts")->trigger(); }), QString());
+        QCOMPARE(Timetable::current().ID, s.tMark);
+        QCOMPARE(QPoint(s.w->g->col(), s.w->g->row()), QPoint(1, 1));
+        // Taken out again, nothing is edged or listed.
+        s.select(s.t7B, 1, 1);
+        s.click(s.w->gTutor, s.mark);
+        QCOMPARE(s.w->g->cellEdge(1, 1), QColor());
+        driver = ModalDriver();
+        driver.expect("frmConflicts", [](QDialog* d) {
+            QCOMPARE(control<QTableWidget>(d, "grdConflicts")->rowCount(), 0);
+            QVERIFY(!control<QPushButton>(d, "cmdShow")->isEnabled());
+            clickButton(d, "cmdClose");
+        });
+        QCOMPARE(driver.run([&] { s.w->command("mnuToolsConflicts")->trigger(); }), QString());
+    }
+    // Lunch, break and unavailable periods each show their word in their own
+    // tint, and take no ticks.
+    void markedPeriodsShowAndRefuse() {
+        School s;
+        const auto mark = [&](int day, int period, const char* command) {
+            s.select(s.t7A, day, period);
+            s.boxes.answer(MsgResult::Yes);
+            s.w->command(command)->trigger();
+        };
+        mark(1, 1, "mnuPeriodLunch");
+        mark(1, 2, "mnuPeriodBreak");
+        mark(1, 3, "mnuPeriodUnavailable");
+        QCOMPARE(s.w->g->textMatrix(1, 1), QStringLiteral("Lunch"));
+        QCOMPARE(s.w->g->textMatrix(1, 2), QStringLiteral("Break"));
+        QCOMPARE(s.w->g->textMatrix(1, 3), QStringLiteral("Unavailable"));
+        const QColor plain = s.w->g->cellBackColor(2, 1);
+        const QSet<QRgb> tints = {plain.rgb(), s.w->g->cellBackColor(1, 1).rgb(),
+                                  s.w->g->cellBackColor(1, 2).rgb(),
+                                  s.w->g->cellBackColor(1, 3).rgb()};
+        QCOMPARE(tints.size(), 4);
+        s.boxes.clear();
+        for (int period = 1; period <= 3; ++period) {
+            s.select(s.t7A, 1, period);
+            s.click(s.w->gTutor, s.mark);
+            QCOMPARE(s.status(s.w->gTutor, s.mark), "Avail");
+        }
+        QCOMPARE(value("SELECT COUNT(*) FROM TutorSlot"), "0");
+        QCOMPARE(s.w->g->textMatrix(1, 3), QStringLiteral("Unavailable"));
+        QCOMPARE(s.boxes.texts().size(), 3);
+        QCOMPARE(s.boxes.texts().last(),
+                 QStringLiteral("This period is marked Unavailable, so it takes no lesson. Choose "
+                                "Period > Clear first to use it for lessons."));
     }
 };
 

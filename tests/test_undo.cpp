@@ -14,6 +14,7 @@
 #include "store/Records.h"
 #include "store/Transaction.h"
 #include "support/Fixtures.h"
+#include "support/WindowDrive.h"
 #include "timetable/TimetableState.h"
 
 #include <QtTest>
@@ -70,26 +71,6 @@ void autoFill7A(const School& s) {
     QCOMPARE(ModMain::RunAutoFill(quiet), ModMain::FillOutcome::Finished);
 }
 
-// Sends the grid the drag-and-drop events of a drop on (row, col); whether
-// the grid would take it there.
-bool dropOn(frmMain& w, QMimeData* data, int row, int col, bool drop = true) {
-    // A drag enters the grid where no lesson may go (here its empty corner),
-    // then moves to the cell.
-    const QPoint corner = w.g->viewport()->rect().bottomRight() - QPoint(2, 2);
-    QDragEnterEvent enter(corner, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(w.g->viewport(), &enter);
-    const QPoint pos = w.g->visualRect(w.g->model()->index(row - 1, col - 1)).center();
-    QDragMoveEvent move(pos, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(w.g->viewport(), &move);
-    if (!enter.isAccepted() || !move.isAccepted() || !drop) {
-        QDragLeaveEvent leave;
-        QCoreApplication::sendEvent(w.g->viewport(), &leave);
-        return enter.isAccepted() && move.isAccepted();
-    }
-    QDropEvent event(pos, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(w.g->viewport(), &event);
-    return true;
-}
 } // namespace
 
 class TestUndo : public QObject {
