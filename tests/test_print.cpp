@@ -103,6 +103,76 @@ private Q_SLOTS:
         doc.setHtml(html);
         QVERIFY(doc.toPlainText().contains("Class 7A & \"B\" <x>"));
     }
+    void htmlEscapesEveryName() {
+        // Names with markup in them, in a cell, a day heading, a period heading
+        // and a title: each must come back as typed, none taken as markup.
+        School s;
+        value("UPDATE Tutor SET DisplayName = 'Ms <i>O''Neil</i> & \"Co\"' WHERE name = "
+              "'Świątek'");
+        value("UPDATE DayTitle SET DOW = 'Mon <b>1</b> & 2' WHERE Pos = 1");
+        value("UPDATE Subject SET name = 'A<B & C>D' WHERE name = 'Maths'");
+        ModMain::LessonIndex::invalidate();
+        ModMain::SaveTimetableFormat(s.room, false, false); // its days across the top
+        const QString html = Print::TimetablesHtml(
+            {ModMain::PrintTimetable(s.klass), ModMain::PrintTimetable(s.room)});
+        for (const char* raw : {"<i>", "<b>", "<B & C>", "& \"Co\"", "& 2"})
+            QVERIFY2(!html.contains(QString::fromUtf8(raw)), raw);
+        QTextDocument doc;
+        doc.setHtml(html);
+        const QString text = doc.toPlainText();
+        for (const char* typed : {"Ms <i>O'Neil</i> & \"Co\"", "Mon <b>1</b> & 2", "A<B & C>D"})
+            QVERIFY2(text.count(QString::fromUtf8(typed)) == 2, typed);
+    }
+    void columnsStayInsideThePage_data() {
+        QTest::addColumn<int>("columns");
+        QTest::addColumn<int>("orientation");
+        for (const int columns : {1, 2, 3, 4}) // 1: a page each, sized to fit
+            for (const auto o : {QPageLayout::Portrait, QPageLayout::Landscape})
+                QTest::addRow("%d columns, %s", columns,
+                              o == QPageLayout::Portrait ? "portrait" : "landscape")
+                    << columns << int(o);
+    }
+    void columnsStayInsideThePage() {
+        // Every word of every timetable lies inside the half-inch margins, and
+        // the timetables use as many columns as asked.
+        QFETCH(int, columns);
+        QFETCH(int, orientation);
+        School s;
+        QVector<ModMain::PrintedTimetable> tables;
+        for (int i = 0; i < 80; ++i) // enough to fill every column
+            tables << ModMain::PrintTimetable(i % 2 ? s.room : s.klass);
+        Print::PageOptions options;
+        options.layout = Print::Layout(columns);
+        options.orientation = QPageLayout::Orientation(orientation);
+        options.columnWidth = 3000; // wide on purpose: each must be scaled to its column
+        const QString pdf = s.env.path("columns.pdf");
+        QCOMPARE(Print::WritePdf(pdf, tables, options), QString());
+        QProcess p;
+        p.start(QStringLiteral("pdftotext"), {"-bbox", pdf, "-"});
+        QVERIFY(p.waitForFinished(60000));
+        const QString xml = QString::fromUtf8(p.readAllStandardOutput());
+        const QRegularExpression page(R"re(<page width="([\d.]+)" height="([\d.]+)">)re");
+        const QRegularExpression word(
+            R"re(<word xMin="([\d.]+)" yMin="([\d.]+)" xMax="([\d.]+)" yMax="([\d.]+)">([^<]*)</word>)re");
+        const QRegularExpressionMatch size = page.match(xml);
+        QVERIFY(size.hasMatch());
+        const double margin = 36, slack = 1; // half an inch in points
+        const QRectF inside(margin - slack, margin - slack,
+                            size.captured(1).toDouble() - 2 * (margin - slack),
+                            size.captured(2).toDouble() - 2 * (margin - slack));
+        QSet<int> titleColumns;
+        int words = 0;
+        for (auto m = word.globalMatch(xml); m.hasNext(); ++words) {
+            const QRegularExpressionMatch w = m.next();
+            const QRectF box(QPointF(w.captured(1).toDouble(), w.captured(2).toDouble()),
+                             QPointF(w.captured(3).toDouble(), w.captured(4).toDouble()));
+            QVERIFY2(inside.contains(box), qPrintable(w.captured(5)));
+            if (w.captured(5) == "Room" || w.captured(5) == "Class")
+                titleColumns << int((box.left() - margin) / (inside.width() / columns));
+        }
+        QVERIFY(words > 0);
+        QCOMPARE(titleColumns.size(), columns);
+    }
     void pdfHoldsTheText() {
         School s;
         for (const auto layout : {Print::Layout::SizeToFit, Print::Layout::Columns3}) {
