@@ -332,6 +332,16 @@ private Q_SLOTS:
                 !ModMain::MoveLesson(cellAt(s.tt["A"], 1, 2), cellAt(s.tt["A"], 2, 3), nullptr));
             QCOMPARE(dump(p.file), before);
         }
+        // A lesson left in a marked cell may move out, but a swap would put the
+        // other lesson into the marked cell: refused.
+        value("UPDATE Slot SET SpecialID = 2 WHERE id = %1", slotAt(s.tt["A"], 1, 2));
+        ModMain::LessonIndex::invalidate();
+        const QString before = dump(p.file);
+        QVERIFY(!ModMain::MoveLesson(cellAt(s.tt["A"], 1, 2), cellAt(s.tt["A"], 2, 2), nullptr));
+        QCOMPARE(dump(p.file), before);
+        QVERIFY(ModMain::MoveLesson(cellAt(s.tt["A"], 1, 2), cellAt(s.tt["A"], 1, 3), nullptr));
+        QCOMPARE(s.shown("A", 1, 3), QStringList{"A M T"});
+        QCOMPARE(s.shown("T", 1, 3), QStringList{"A M T"});
     }
 
     void lessonsReadByPeriodEqualThoseReadWhole_data() {

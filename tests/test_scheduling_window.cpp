@@ -71,14 +71,13 @@ struct School : OpenProject {
     }
 };
 
-// One modal clash dialog step.
-ModalDriver::Step clash(const char* button, bool dontShow = false) {
-    return [button, dontShow](QDialog* d) {
-        QCOMPARE(d->windowTitle(), QStringLiteral("Tutor clash."));
-        QCOMPARE(
-            control<QLabel>(d, "lblMessage")->text(),
-            QStringLiteral(
-                "This Tutor will be elsewhere at this time. Allow this clash to occur anyway?"));
+// One modal clash dialog step, about a tutor unless told.
+ModalDriver::Step clash(const char* button, bool dontShow = false, QString kind = "Tutor") {
+    return [button, dontShow, kind](QDialog* d) {
+        QCOMPARE(d->windowTitle(), kind + " clash.");
+        QCOMPARE(control<QLabel>(d, "lblMessage")->text(),
+                 "This " + kind +
+                     " will be elsewhere at this time. Allow this clash to occur anyway?");
         control<QCheckBox>(d, "chkDontShow")->setChecked(dontShow);
         clickButton(d, button);
     };
@@ -193,6 +192,23 @@ private Q_SLOTS:
             s.boxes.texts(),
             QStringList{"This tutor is also allocated on the following timetables:\r\n7A with mary "
                         "(Class 7A)\r\n"});
+    }
+    void roomBusyElsewhereIsAsked() {
+        // A room is asked about as a tutor is: No books nothing, Yes books it twice.
+        School s;
+        s.select(s.t7A, 1, 1);
+        s.click(s.w->gRoom, s.lab);
+        s.select(s.t7B, 1, 1);
+        QCOMPARE(s.status(s.w->gRoom, s.lab), "Busy");
+        ModalDriver driver;
+        driver.expect("frmClash", clash("cmdNo", false, "Room"));
+        QCOMPARE(driver.run([&] { s.click(s.w->gRoom, s.lab); }), QString());
+        QCOMPARE(value("SELECT COUNT(*) FROM RoomSlot WHERE RoomID = %1", s.lab), "1");
+        QCOMPARE(s.status(s.w->gRoom, s.lab), "Busy");
+        driver = ModalDriver();
+        driver.expect("frmClash", clash("cmdYes", false, "Room"));
+        QCOMPARE(driver.run([&] { s.click(s.w->gRoom, s.lab); }), QString());
+        QCOMPARE(s.status(s.w->gRoom, s.lab), "Clash+");
     }
     void tickingAndUntickingMirror() {
         School s;

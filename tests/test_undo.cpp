@@ -216,6 +216,141 @@ private Q_SLOTS:
         QVERIFY(!undo->isEnabled() && !redo->isEnabled());
         QCOMPARE(w.history().stack().count(), 0);
     }
+    void stepsOnlyForRealChanges() {
+        // What changes nothing leaves no step; steps made of others are one,
+        // named by the outermost; a new class timetable and its Auto Fill are two.
+        School s;
+        Timetable::Reset();
+        Scheduling::Reset();
+        frmMain w;
+        w.resize(1200, 800);
+        w.show();
+        w.Form_Load(s.file);
+        w.LoadTimetable(s.tt["Class 7B"]); // Dr Chen teaches 7A on Tuesday at 11:00
+        QAction* undo = w.command("mnuEditUndo");
+        const auto tickBox = [&](FlexGrid* list, qint32 id) {
+            for (int r = 1; r < list->rows(); ++r)
+                if (list->rowData(r) == id) {
+                    const QTableWidget* table = list;
+                    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                                      list->visualItemRect(table->item(r - 1, 0)).center());
+                }
+        };
+        w.g->setRowCol(2, 3);
+        QCoreApplication::processEvents();
+        tickBox(w.gSubject, s.id["Art"]);
+        QCOMPARE(undo->text(), QString("Undo Tick Subject Art"));
+        // A clash answered No, a mark answered No, a tick into a marked cell.
+        ModalDriver driver;
+        driver.expect("frmClash", press("cmdNo"));
+        QCOMPARE(driver.run([&] { tickBox(w.gTutor, s.id["Dr Chen"]); }), QString());
+        s.messages.answer(Common::MsgResult::No);
+        w.command("mnuPeriodLunch")->trigger();
+        QCOMPARE(undo->text(), QString("Undo Tick Subject Art"));
+        w.g->setRowCol(2, 2);
+        s.messages.answer(Common::MsgResult::Yes);
+        w.command("mnuPeriodBreak")->trigger();
+        QCOMPARE(undo->text(), QString("Undo Mark Break"));
+        const int steps = w.history().stack().count();
+        s.messages.clear();
+        tickBox(w.gRoom, s.id["Lab"]); // refused: a break takes no lesson
+        QCOMPARE(s.messages.texts().size(), 1);
+        // The format dialog's OK with nothing changed writes the same values.
+        driver = ModalDriver();
+        driver.expect("frmFormatTimeTable", press("cmdOk"));
+        QCOMPARE(driver.run([&] { w.command("mnuFormatTimetable")->trigger(); }), QString());
+        QCOMPARE(w.history().stack().count(), steps);
+        QCOMPARE(undo->text(), QString("Undo Mark Break"));
+        // Two actions inside a third: one step, the outer name.
+        {
+            const ActionName outer("Move Lesson");
+            Transaction tx;
+            const ActionName inner("Tick Tutor Dr Chen");
+            ModMain::TickResource(ResourceKind::Tutor, s.id["Dr Chen"],
+                                  cellAt(s.tt["Class 7B"], 3, 3));
+            ModMain::TickResource(ResourceKind::Subject, s.id["Art"],
+                                  cellAt(s.tt["Class 7B"], 3, 3));
+        }
+        QCOMPARE(w.history().stack().count(), steps + 1);
+        QCOMPARE(undo->text(), QString("Undo Move Lesson"));
+        // File > New Timetable for 7C, then its Auto Fill: two steps, each its own name.
+        s.messages.setDefault(Common::MsgResult::Yes);
+        driver = ModalDriver();
+        driver.expect("frmScr_CreateTT_Welcome", press("cmdNext"));
+        driver.expect("frmScr_CreateTT_Who", [](QDialog* d) {
+            auto* cbo = control<QComboBox>(d, "cboWho");
+            cbo->setCurrentIndex(cbo->findText(QStringLiteral("Create new...")));
+            control<QLineEdit>(d, "txtWho")->setText("7C");
+            clickButton(d, "cmdNext");
+        });
+        driver.expect("frmScr_CreateTT_Style", press("cmdNext"));
+        driver.expect("frmScr_CreateTT_Complete", press("cmdNext"));
+        driver.expect("frmScr_AutoFill_Welcome", press("cmdNext"));
+        driver.expect("frmScr_AutoFill_Timetable", press("cmdNext"));
+        driver.expect("frmScr_AutoFill_Subjects", [](QDialog* d) {
+            control<QComboBox>(d, "cboSubjects")->setCurrentText("Maths");
+            clickButton(d, "cmdAdd");
+            clickButton(d, "cmdNext");
+        });
+        for (const char* screen : {"Tutors", "Rooms", "Method", "Complete"})
+            driver.expect(QStringLiteral("frmScr_AutoFill_") + screen, press("cmdNext"));
+        driver.expect("frmAutoFill_Progress", [](QDialog* d) {
+            QTRY_VERIFY_WITH_TIMEOUT(control<QPushButton>(d, "cmdCancel")->text() == "Done", 20000);
+            clickButton(d, "cmdCancel");
+        });
+        QCOMPARE(driver.run([&] { w.command("mnuFileNew")->trigger(); }), QString());
+        QCOMPARE(undo->text(), QString("Undo Auto Fill Class 7C"));
+        undo->trigger();
+        QCOMPARE(undo->text(), QString("Undo New Timetable Class 7C"));
+    }
+    void lockedProjectRefusesUndo() {
+        // Another program holding the project's lock: Undo and Redo say so and
+        // the Edit menu stays as it was.
+        School s;
+        Timetable::Reset();
+        Scheduling::Reset();
+        frmMain w;
+        w.Form_Load(s.file);
+        w.LoadTimetable(s.tt["Class 7A"]);
+        ModMain::DB().SetBusyTimeout(50);
+        {
+            const ActionName name("Tick Tutor Dr Chen");
+            ModMain::TickResource(ResourceKind::Tutor, s.id["Dr Chen"],
+                                  cellAt(s.tt["Class 7A"], 2, 2));
+        }
+        {
+            const ActionName name("Tick Tutor Ms O'Hara");
+            ModMain::TickResource(ResourceKind::Tutor, s.id["Ms O'Hara"],
+                                  cellAt(s.tt["Class 7A"], 2, 1));
+        }
+        w.command("mnuEditUndo")->trigger();
+        QAction* undo = w.command("mnuEditUndo");
+        QAction* redo = w.command("mnuEditRedo");
+        QCOMPARE(undo->text(), QString("Undo Tick Tutor Dr Chen"));
+        QCOMPARE(redo->text(), QString("Redo Tick Tutor Ms O'Hara"));
+        sqlite3* other = nullptr;
+        QCOMPARE(sqlite3_open(s.file.toUtf8().constData(), &other), SQLITE_OK);
+        QCOMPARE(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+        const QString locked = s.now();
+        const QString busy = ProjectBusyText(s.file);
+        for (QAction* action : {undo, redo}) {
+            s.messages.clear();
+            action->trigger();
+            QCOMPARE(s.messages.texts(), QStringList{busy});
+            QCOMPARE(undo->text(), QString("Undo Tick Tutor Dr Chen"));
+            QCOMPARE(redo->text(), QString("Redo Tick Tutor Ms O'Hara"));
+            QVERIFY(undo->isEnabled() && redo->isEnabled());
+            QCOMPARE(w.history().stack().index(), 1);
+        }
+        sqlite3_exec(other, "ROLLBACK", nullptr, nullptr, nullptr);
+        sqlite3_close(other);
+        QCOMPARE(s.now(), locked);
+        // Free again, the step goes as asked.
+        s.messages.clear();
+        undo->trigger();
+        QVERIFY(s.messages.texts().isEmpty());
+        QCOMPARE(undo->text(), QString("Undo"));
+    }
     void draggingALesson() {
         School s;
         Timetable::Reset();

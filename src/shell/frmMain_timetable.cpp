@@ -255,9 +255,14 @@ void frmMain::DoNewTimeTableWizard() {
             return;
         WaitCursor wait;
         const Wizard::State& w = Wizard::state();
-        const ActionName name(QStringLiteral("New Timetable ") + w.WizardType + QLatin1Char(' ') +
-                              ModMain::OwnerName(w.WizardType, w.WizardWhoID));
-        const qint32 id = ModMain::CreateTimetable(w.WizardType, w.WizardWhoID, w.WizardStyleID);
+        qint32 id = 0;
+        {
+            // The creation is a step of its own; an Auto Fill after it is another.
+            const ActionName name(QStringLiteral("New Timetable ") + w.WizardType +
+                                  QLatin1Char(' ') +
+                                  ModMain::OwnerName(w.WizardType, w.WizardWhoID));
+            id = ModMain::CreateTimetable(w.WizardType, w.WizardWhoID, w.WizardStyleID);
+        }
         if (id == 0)
             return;
         LoadTimetable(id);
