@@ -115,6 +115,38 @@ private Q_SLOTS:
         }
         QCOMPARE(changes, 5);
     }
+    void addingANameTwiceIsAsked() {
+        Project p;
+        ModMain::CreateTutorRecord("Mr O'Neil", "", "", "");
+        ModMain::CreateRoomRecord("Lab", 1);
+        frmManage manage([] {});
+        const auto add = [&](int page, const char* button, const char* dialog, QString name) {
+            manage.SelectTab(page);
+            p.driver.expect(dialog, [name](QDialog* d) {
+                control<QLineEdit>(d, "txtName")->setText(name);
+                clickButton(d, "cmdOk");
+                if (d->isVisible()) // kept open after a No
+                    clickButton(d, "cmdCancel");
+            });
+            QCOMPARE(p.driver.run([&] { clickButton(&manage, button); }), QString());
+        };
+        // No keeps the dialog open and adds nothing; Yes adds the second one.
+        p.messages.answer(MsgResult::No);
+        add(frmManage::Tutors, "cmdAddTutor", "frmTutor", " mr o'neil ");
+        QCOMPARE(p.messages.texts(),
+                 QStringList{"A tutor named mr o'neil already exists. Add another?"});
+        QCOMPARE(value("SELECT COUNT(*) FROM Tutor WHERE id <> 1"), "1");
+        p.messages.clear();
+        p.messages.answer(MsgResult::Yes);
+        add(frmManage::Rooms, "cmdAddRoom", "frmRoom", "Lab");
+        QCOMPARE(p.messages.texts(), QStringList{"A room named Lab already exists. Add another?"});
+        QCOMPARE(value("SELECT COUNT(*) FROM Room WHERE name = 'Lab'"), "2");
+        // A new name, or the placeholder's, is not asked about.
+        p.messages.clear();
+        add(frmManage::Rooms, "cmdAddRoom", "frmRoom", "(none)");
+        add(frmManage::Subjects, "cmdAddSubject", "frmSubject", "Lab");
+        QVERIFY(p.messages.texts().isEmpty());
+    }
     void deleting() {
         // Each kind is deleted after a question; only a tutor's subjects taught
         // go with it, and every link and timetable stays.

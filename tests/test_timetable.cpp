@@ -94,6 +94,8 @@ private Q_SLOTS:
         const qint32 empty = slotAt(tt, 1, 2);
         ModMain::CreateTutorSlotRecord(slot, ModMain::CreateTutorRecord("Aaa", "Ms A", "", ""));
         ModMain::CreateTutorSlotRecord(slot, ModMain::CreateTutorRecord("Zzz", "Mr B", "", ""));
+        // A tutor without a display name is shown by name.
+        ModMain::CreateTutorSlotRecord(slot, ModMain::CreateTutorRecord("O'Neill", " ", "", ""));
         ModMain::CreateSubjectSlotRecord(slot, ModMain::CreateSubjectRecord("Maths", 1));
         ModMain::CreateRoomSlotRecord(slot, ModMain::CreateRoomRecord("Lab", 30));
         ModMain::CreateClassSlotRecord(slot,
@@ -102,8 +104,9 @@ private Q_SLOTS:
         for (const char* type : {"Class", "Tutor", "Room", "Subject"})
             shown << ModMain::FormatSlotText(slot, type);
         shown << ModMain::FormatSlotText(empty, "Class") << ModMain::FormatSlotText(empty, "Room");
-        QCOMPARE(shown, (QStringList{"Mr B, Ms A\r\nMaths\r\nLab", "7A\r\nMaths\r\nLab",
-                                     "Mr B, Ms A\r\nMaths\r\n7A", "", "\r\n\r\n", "\r\n\r\n"}));
+        QCOMPARE(shown,
+                 (QStringList{"Mr B, Ms A, O'Neill\r\nMaths\r\nLab", "7A\r\nMaths\r\nLab",
+                              "Mr B, Ms A, O'Neill\r\nMaths\r\n7A", "", "\r\n\r\n", "\r\n\r\n"}));
     }
     void wizardCreates_data() {
         QTest::addColumn<QString>("type");

@@ -9,6 +9,7 @@
 #include "scheduling/Availability.h"
 #include "scheduling/ResourceLists.h"
 #include "store/Transaction.h"
+#include "timetable/Lessons.h"
 #include "ui_frmResourceName.h"
 #include "ui_frmTutor.h"
 
@@ -20,6 +21,17 @@ void missingName(const QString& kind, const QString& lower) {
                                   "continue.")
                        .arg(kind, lower),
                    Common::MsgButtons::Ok, Common::MsgIcon::Exclamation);
+}
+
+// Adding a name that is already there is asked about: two tutors may share a
+// name, but more often the first was forgotten.
+bool addAnyway(ResourceKind kind, qint32 editing, const QString& name) {
+    if (editing != -1 || !ModMain::NameTaken(kind, name))
+        return true;
+    return Common::MsgBox(QStringLiteral("A %1 named %2 already exists. Add another?")
+                              .arg(ModMain::KindWord(kind).toLower(), name.trimmed()),
+                          Common::MsgButtons::YesNo,
+                          Common::MsgIcon::Question) == Common::MsgResult::Yes;
 }
 } // namespace
 
@@ -50,6 +62,8 @@ void frmTutor::cmdOk_Click() {
             missingName(QStringLiteral("Tutor"), QStringLiteral("tutor"));
             return;
         }
+        if (!addAnyway(ResourceKind::Tutor, Manage::state().giTutorEditID, ui->txtName->text()))
+            return;
         ModMain::TutorRow tutor{ui->txtName->text(), ui->txtDisplayName->text(), {}};
         for (int i = 0; i < ui->lstSubjects->count(); ++i)
             if (ui->lstSubjects->item(i)->isSelected())
@@ -115,6 +129,8 @@ void frmResourceName::cmdOk_Click() {
             return;
         }
         qint32& id = Manage::state().editID(m_kind);
+        if (!addAnyway(m_kind, id, ui->txtName->text()))
+            return;
         const ActionName name((id == -1 ? QStringLiteral("New ") : QStringLiteral("Edit ")) +
                               ModMain::KindWord(m_kind) + QLatin1Char(' ') + ui->txtName->text());
         const qint32 saved = ModMain::SaveResourceName(m_kind, id, ui->txtName->text());

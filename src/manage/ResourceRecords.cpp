@@ -52,6 +52,15 @@ std::optional<QString> ReadResourceName(ResourceKind kind, qint32 id) {
     return rs.Field(qint16(0)).toString();
 }
 
+bool NameTaken(ResourceKind kind, const QString& name, qint32 except) {
+    return !DB().Execute(QStringLiteral("SELECT 1 FROM %1 WHERE id <> 1 AND id <> %2 AND "
+                                        "LOWER(TRIM(name)) = LOWER(TRIM('%3')) LIMIT 1")
+                             .arg(table(kind))
+                             .arg(except)
+                             .arg(SQLReplace(name)))
+                .eof();
+}
+
 qint32 SaveResourceName(ResourceKind kind, qint32 id, const QString& name) {
     Transaction tx;
     if (!tx.ok())

@@ -22,6 +22,10 @@ std::optional<QString> ReadResourceName(ResourceKind kind, qint32 id);
 // (-1 when nothing could be written).
 qint32 SaveResourceName(ResourceKind kind, qint32 id, const QString& name);
 
+// Whether another resource of the kind has this name, blanks around it and
+// letter case aside.
+bool NameTaken(ResourceKind kind, const QString& name, qint32 except = -1);
+
 struct TutorRow {
     QString name;
     QString displayName;

@@ -211,7 +211,9 @@ void LessonIndex::readNames() {
         const bool tutor = kind == ResourceKind::Tutor;
         DB().ForEachRow(
             QStringLiteral("SELECT id, name%1 FROM %2 WHERE id <> 1;")
-                .arg(tutor ? QStringLiteral(", DisplayName") : QString(), KindWord(kind)),
+                .arg(tutor ? QStringLiteral(", COALESCE(NULLIF(TRIM(DisplayName), ''), name)")
+                           : QString(),
+                     KindWord(kind)),
             [&](const clsSQLiteRow& row) {
                 const Member m{kind, row.Int(0)};
                 m_fullNames.insert(m, row.Text(1));

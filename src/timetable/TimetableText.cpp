@@ -28,7 +28,11 @@ QString FormatSlotText(qint32 SlotID, const QString& Type) {
                 .arg(QString::fromLatin1(column), t, link, QString::fromLatin1(idColumn))
                 .arg(SlotID));
     };
-    const auto tutors = [&] { return names("DisplayName", "Tutor", "TutorID"); };
+    // A tutor without a display name is shown by name.
+    const auto tutors = [&] {
+        return names("COALESCE(NULLIF(TRIM(Tutor.DisplayName), ''), Tutor.Name)", "Tutor",
+                     "TutorID");
+    };
     const auto subjects = [&] { return names("Name", "Subject", "SubjectID"); };
     const auto rooms = [&] { return names("Name", "Room", "RoomID"); };
     const auto classes = [&] { return names("Name", "Class", "ClassID"); };
