@@ -75,7 +75,11 @@ package-check: package
 	tests/package/check-package.sh $(BUILD)
 
 bench: build
-	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done
+	@status=0; for b in $(BUILD)/bench/bench_*; do \
+	    if [ -f "$$b" ] && [ -x "$$b" ]; then \
+	        "$$b" || { echo "$$b failed"; status=1; }; \
+	    fi; \
+	done; exit $$status
 
 format: check-deps
 	clang-format -i $(SOURCES)

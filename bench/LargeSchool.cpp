@@ -225,13 +225,43 @@ qint32 PrepareClassFill() {
     return timetable;
 }
 
+namespace {
+std::vector<std::function<void()>>& cleanups() {
+    static std::vector<std::function<void()>> list;
+    return list;
+}
+
+// Counts the runs that ended in an error, so the program's status tells.
+class CountingReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& r : runs)
+            failed += r.error_occurred ? 1 : 0;
+        ConsoleReporter::ReportRuns(runs);
+    }
+    int failed = 0;
+};
+} // namespace
+
+void BeforeExit(std::function<void()> cleanup) {
+    cleanups().push_back(std::move(cleanup));
+}
+
+int Run(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    CountingReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    for (auto it = cleanups().rbegin(); it != cleanups().rend(); ++it)
+        (*it)();
+    cleanups().clear();
+    return reporter.failed == 0 ? 0 : 1;
+}
+
 int RunWithWidgets(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return Run(argc, argv);
 }
 
 } // namespace Bench

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QTemporaryDir>
 #include <QVector>
+#include <functional>
 
 namespace Bench {
 
@@ -52,7 +53,22 @@ private:
 // its forty cells, every tutor and room offered. Returns the timetable.
 qint32 PrepareClassFill();
 
-// Runs the benchmarks of a program that needs Qt's widgets, offscreen.
+// Runs the program's benchmarks; 1 when one of them reported an error.
+int Run(int argc, char** argv);
+// The same for a program that needs Qt's widgets, offscreen.
 int RunWithWidgets(int argc, char** argv);
+// Runs when the benchmarks are done, while Qt's application still lives:
+// windows and the school kept for every run are let go here, not after it.
+void BeforeExit(std::function<void()> cleanup);
+
+// One T for the whole program, made on first use and let go before exit.
+template <class T> T& Kept() {
+    static T* kept = [] {
+        auto* t = new T;
+        BeforeExit([t] { delete t; });
+        return t;
+    }();
+    return *kept;
+}
 
 } // namespace Bench

@@ -38,8 +38,7 @@ struct Window {
 };
 
 Window& shown() {
-    static Window w;
-    return w;
+    return Bench::Kept<Window>();
 }
 
 // The cells visited in turn: every day and period.

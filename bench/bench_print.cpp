@@ -11,7 +11,7 @@
 namespace {
 
 void BM_ExportAllToPdf(benchmark::State& state) {
-    static Bench::OpenSchool school;
+    Bench::Kept<Bench::OpenSchool>();
     QTemporaryDir dir;
     const QString pdf = dir.filePath(QStringLiteral("all.pdf"));
     for (auto _ : state) {

@@ -21,8 +21,7 @@ constexpr ResourceKind kKinds[] = {ResourceKind::Tutor, ResourceKind::Subject, R
                                    ResourceKind::Class};
 
 Bench::OpenSchool& school() {
-    static Bench::OpenSchool s;
-    return s;
+    return Bench::Kept<Bench::OpenSchool>();
 }
 
 // Cells of tutors' timetables that hold a lesson, spread over the school.

@@ -15,8 +15,7 @@
 
 namespace {
 Bench::OpenSchool& school() {
-    static Bench::OpenSchool s;
-    return s;
+    return Bench::Kept<Bench::OpenSchool>();
 }
 
 qint32 value(const QString& sql) {

@@ -26,8 +26,7 @@ struct FilledSchool {
 };
 
 FilledSchool& filledSchool() {
-    static FilledSchool filled;
-    return filled;
+    return Bench::Kept<FilledSchool>();
 }
 
 void BM_UndoAutoFill(benchmark::State& state) {
