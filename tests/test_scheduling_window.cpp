@@ -262,6 +262,23 @@ private Q_SLOTS:
         QCOMPARE(value("SELECT COUNT(*) FROM Slot WHERE TimetableID = %1 AND SpecialID = 1", s.t7A),
                  "4");
     }
+    void roomOnlyCellDrawnCentred() {
+        // The blank lines of the missing tutor and subject are not drawn, so
+        // the room sits in the middle of its cell.
+        School s;
+        s.select(s.t7A, 1, 3);
+        s.click(s.w->gRoom, s.lab);
+        QCOMPARE(s.w->g->textMatrix(1, 3), QStringLiteral("\r\n\r\nLab"));
+        const auto* drawn = qobject_cast<QStyledItemDelegate*>(s.w->g->itemDelegate());
+        QVERIFY(drawn);
+        QCOMPARE(drawn->displayText(s.w->g->model()->index(0, 2).data(), QLocale()),
+                 QStringLiteral("Lab"));
+        s.click(s.w->gTutor, s.mark);
+        QCOMPARE(drawn->displayText(s.w->g->model()->index(0, 2).data(), QLocale())
+                         .count(QChar::LineSeparator) +
+                     drawn->displayText(s.w->g->model()->index(0, 2).data(), QLocale()).count('\n'),
+                 2); // the subject's blank line stays between
+    }
     void lunchColumnBothWays() {
         School s;
         s.select(s.t7A, 1, 2);
@@ -296,6 +313,17 @@ private Q_SLOTS:
             tutors->visualItemRect(table->item(s.rowOf(tutors, s.mark) - 1, 0)).center();
         QHelpEvent help(QEvent::ToolTip, at, tutors->viewport()->mapToGlobal(at));
         QCoreApplication::sendEvent(tutors->viewport(), &help);
+        QCOMPARE(QToolTip::text(),
+                 QStringLiteral("Busy at this time in:\n7A with Mark (Class 7A)"));
+        // Resting on the status itself says the same.
+        QHeaderView* statuses = tutors->verticalHeader();
+        const int section = s.rowOf(tutors, s.mark) - 1;
+        const QPoint onStatus(statuses->width() / 2, statuses->sectionViewportPosition(section) +
+                                                         statuses->sectionSize(section) / 2);
+        QToolTip::hideText();
+        QHelpEvent overStatus(QEvent::ToolTip, onStatus,
+                              statuses->viewport()->mapToGlobal(onStatus));
+        QCoreApplication::sendEvent(statuses->viewport(), &overStatus);
         QCOMPARE(QToolTip::text(),
                  QStringLiteral("Busy at this time in:\n7A with Mark (Class 7A)"));
         // Space on a list's row ticks it.

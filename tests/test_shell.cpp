@@ -32,10 +32,10 @@ void verifyState(const frmMain& w, const QString& path) {
     QCOMPARE(ModMain::DB().GetDBFilename(), path);
     for (const char* menu : {"mnuView", "mnuFormat", "mnuTools", "mnuPeriod"})
         QVERIFY2(!w.findChild<QMenu*>(QString::fromLatin1(menu))->menuAction()->isEnabled(), menu);
-    for (const char* cmd : {"mnuFileDelete", "mnuFilePrintPreview"})
+    for (const char* cmd : {"mnuFileDelete", "mnuFilePrintPreview", "tbBlank"})
         QVERIFY2(!w.command(QString::fromLatin1(cmd))->isEnabled(), cmd);
     QVERIFY(w.command(QStringLiteral("mnuFileOpenProject"))->isEnabled());
-    for (const char* cmd : {"mnuFileNew", "mnuFileOpen", "tbNew", "tbBlank", "tbManage"}) {
+    for (const char* cmd : {"mnuFileNew", "mnuFileOpen", "tbNew", "tbManage"}) {
         QAction* a = w.command(QString::fromLatin1(cmd));
         QVERIFY2(a->isEnabled() == (!path.isEmpty() && w.isBuilt(a)), cmd);
     }
@@ -63,6 +63,15 @@ QString schoolWithTimetable(const TestEnv& env, const QString& name) {
     return file;
 }
 
+// With no timetable shown, nothing that needs one is on, and the name boxes
+// are empty.
+void verifyNoTimetableCommands(const frmMain& w) {
+    for (const char* cmd : {"tbBlank", "tbLunch", "tbBreak", "tbUnavailable", "mnuPeriodLunch"})
+        QVERIFY2(!w.findChild<QAction*>(QString::fromLatin1(cmd))->isEnabled(), cmd);
+    for (QLineEdit* box : {w.txtTutorName, w.txtSubjectName, w.txtRoomName})
+        QVERIFY(!box->isEnabled() && box->text().isEmpty());
+}
+
 // Nothing of a project is left on screen.
 void verifyClean(const frmMain& w) {
     verifyState(w, QString());
@@ -74,6 +83,7 @@ void verifyClean(const frmMain& w) {
         QCOMPARE(list->rows(), 1);
     }
     QVERIFY(!w.findChild<QWidget*>(QStringLiteral("tbTimetables"))->isEnabled());
+    verifyNoTimetableCommands(w);
 }
 
 } // namespace
@@ -564,6 +574,28 @@ private Q_SLOTS:
         QVERIFY(errors.reports().isEmpty());
         QCOMPARE(readFile(bad), before);
     }
+    void noTimetableNothingToMark() {
+        TestEnv env;
+        MessageRecorder boxes;
+        FileDialogRecorder dialogs;
+        const QString file = schoolWithTimetable(env, QStringLiteral("one.VNPL"));
+        const QString other = env.newProjectWithCalendar({"Monday"}, {"9:00", "10:00"});
+        frmMain w;
+        w.show();
+        w.Form_Load(file);
+        QVERIFY(w.command("tbLunch")->isEnabled() && w.txtTutorName->isEnabled());
+        // Typed but not entered: not carried into the next project.
+        w.txtTutorName->setText("Half typed");
+        w.txtTutorName->setModified(false);
+        dialogs.choose(other);
+        w.command(QStringLiteral("mnuFileOpenProject"))->trigger();
+        QCOMPARE(ModMain::DB().GetDBFilename(), other);
+        QCOMPARE(Timetable::current().ID, 0);
+        verifyNoTimetableCommands(w);
+        // The toolbar's mark buttons do nothing there, and ask nothing.
+        w.command("tbBreak")->trigger();
+        QVERIFY(boxes.messages().isEmpty());
+    }
     void readOnlyProject() {
         TestEnv env;
         MessageRecorder boxes;
@@ -585,6 +617,17 @@ private Q_SLOTS:
                 QVERIFY2(!w.command(QString::fromLatin1(cmd))->isEnabled(), cmd);
             for (const char* cmd : {"mnuFileOpenProject", "mnuFileNewProject", "mnuFileExit"})
                 QVERIFY2(w.command(QString::fromLatin1(cmd))->isEnabled(), cmd);
+            // A typed name or a Space on a list says why nothing happened.
+            w.g->setRowCol(1, 1);
+            w.txtTutorName->setText("Zed");
+            Q_EMIT w.txtTutorName->editingFinished();
+            QCOMPARE(w.statusBar()->currentMessage(),
+                     QStringLiteral("This project is open for reading only, so nothing was "
+                                    "changed."));
+            w.statusBar()->clearMessage();
+            w.gSubject->setFocus();
+            QTest::keyClick(w.gSubject, Qt::Key_Space);
+            QVERIFY(w.statusBar()->currentMessage().contains("reading only"));
             // Resizing and leaving writes nothing and raises nothing.
             w.g->setColWidthTwips(1, 3000);
             w.LoadTimetable(Timetable::current().ID);

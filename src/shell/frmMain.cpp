@@ -12,6 +12,7 @@
 #include "shell/UndoHistory.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
+#include "timetable/TimetableGrid.h"
 #include "timetable/TimetableRecords.h"
 #include "timetable/TimetableState.h"
 
@@ -238,6 +239,7 @@ void frmMain::buildCentral() {
     g = new FlexGrid(splitter);
     g->setObjectName(QStringLiteral("g"));
     g->setMinimumWidth(320);
+    ModMain::UseCentredCellText(*g);
     splitter->addWidget(g);
 
     auto* side = new QWidget(splitter);
@@ -464,6 +466,14 @@ void frmMain::NoTimetable() {
     setEnabled(command(QStringLiteral("mnuFileDelete")), false);
     setEnabled(command(QStringLiteral("mnuFilePrintPreview")), false);
     setEnabled(command(QStringLiteral("mnuFileExportPdf")), false);
+    // Marking periods needs a timetable's cells; what was typed belongs to
+    // the timetable that is gone.
+    for (const char* mark : {"tbBlank", "tbLunch", "tbBreak", "tbUnavailable"})
+        setEnabled(command(QString::fromLatin1(mark)), false);
+    for (QLineEdit* box : {txtTutorName, txtSubjectName, txtRoomName}) {
+        box->clear();
+        box->setEnabled(false);
+    }
 }
 
 void frmMain::NoProject() {

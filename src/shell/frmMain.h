@@ -37,6 +37,9 @@ public:
     void NoProject();
     void YesProject();
     void NoTimetable();
+    // A tick or a typed name in a project open for reading only: says why
+    // nothing happened.
+    void readOnlyRefused();
 
     // After a successful open: project state, path, lists, first timetable;
     // a read-only project says so once, one without days and periods offers

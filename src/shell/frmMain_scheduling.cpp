@@ -18,10 +18,12 @@
 #include "timetable/TimetableState.h"
 
 #include <QAction>
+#include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QStatusBar>
 #include <QToolTip>
 #include <array>
 
@@ -62,6 +64,11 @@ void frmMain::FireGridClickEvent() {
     ModMain::FireGridClickEvent(schedulingView());
 }
 
+void frmMain::readOnlyRefused() {
+    statusBar()->showMessage(
+        QStringLiteral("This project is open for reading only, so nothing was changed."), 8000);
+}
+
 void frmMain::wireScheduling() {
     txtTutorName = findChild<QLineEdit*>(QStringLiteral("txtTutorName"));
     txtSubjectName = findChild<QLineEdit*>(QStringLiteral("txtSubjectName"));
@@ -82,12 +89,16 @@ void frmMain::wireScheduling() {
         const ResourceKind kind = b.kind;
         connect(b.list, &FlexGrid::gridMouseDown, this,
                 [this, kind](int, int c, Qt::MouseButton button) {
-                    if (ModMain::DB().IsReadOnly() && button != Qt::RightButton)
+                    if (ModMain::DB().IsReadOnly() && button != Qt::RightButton) {
+                        if (c == 1)
+                            readOnlyRefused();
                         return;
+                    }
                     ModMain::ListMouseDown(kind, c, button, schedulingView());
                 });
         b.list->installEventFilter(this);
         b.list->viewport()->installEventFilter(this);
+        b.list->verticalHeader()->viewport()->installEventFilter(this);
         if (!b.box)
             continue;
         QLineEdit* box = b.box;
@@ -97,8 +108,12 @@ void frmMain::wireScheduling() {
                 ModMain::FindMatch(*box, *list);
         });
         connect(box, &QLineEdit::editingFinished, this, [this, box, kind] {
-            if (ModMain::ProjectIsOpen() && !ModMain::DB().IsReadOnly())
+            if (!ModMain::ProjectIsOpen())
+                return;
+            if (!ModMain::DB().IsReadOnly())
                 ModMain::NameBoxLostFocus(kind, *box, schedulingView());
+            else if (!box->text().trimmed().isEmpty())
+                readOnlyRefused();
         });
     }
     connect(mnuTools, &QMenu::aboutToShow, this, [this] {
@@ -120,13 +135,20 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
             // Space ticks or unticks the current row, as a click on its box does.
             if (!ModMain::DB().IsReadOnly())
                 ModMain::ListMouseDown(b.kind, 1, Qt::LeftButton, schedulingView());
+            else
+                readOnlyRefused();
             return true;
         }
-        if (watched == b.list->viewport() && event->type() == QEvent::ToolTip) {
-            // Where a busy or clashing resource is, named as its details name it.
+        QHeaderView* statuses = b.list->verticalHeader();
+        if ((watched == b.list->viewport() || watched == statuses->viewport()) &&
+            event->type() == QEvent::ToolTip) {
+            // Where a busy or clashing resource is, named as its details name
+            // it: over the status itself or anywhere on its row.
             auto* help = static_cast<QHelpEvent*>(event);
-            const QModelIndex at = b.list->indexAt(help->pos());
-            const QString status = at.isValid() ? b.list->textMatrix(at.row() + 1, 0) : QString();
+            const int row = watched == statuses->viewport()
+                                ? statuses->logicalIndexAt(help->pos().y())
+                                : b.list->indexAt(help->pos()).row();
+            const QString status = row >= 0 ? b.list->textMatrix(row + 1, 0) : QString();
             if (status != QLatin1String("Busy") && status != QLatin1String("Clash")) {
                 QToolTip::hideText();
                 return true;
@@ -135,12 +157,12 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
                 ModMain::Cell cell;
                 if (!ModMain::CurrentCell(*g, cell))
                     return QString();
-                return ModMain::BusyLessons(b.kind, b.list->rowData(at.row() + 1), cell)
+                return ModMain::BusyLessons(b.kind, b.list->rowData(row + 1), cell)
                     .join(QLatin1Char('\n'));
             });
             QToolTip::showText(help->globalPos(),
                                QStringLiteral("%1 at this time in:\n%2").arg(status, names),
-                               b.list->viewport());
+                               qobject_cast<QWidget*>(watched));
             return true;
         }
     }

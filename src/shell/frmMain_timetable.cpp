@@ -196,6 +196,8 @@ void frmMain::LoadTimetable(qint32 TimetableID) {
               for (QMenu* menu : {mnuView, mnuFormat, mnuTools, mnuPeriod})
                   setMenuEnabled(menu, true);
               setToolbarEnabled(true);
+              for (QLineEdit* box : {txtTutorName, txtSubjectName, txtRoomName})
+                  box->setEnabled(true);
               setEnabled(command(QStringLiteral("mnuFileDelete")), true);
               setEnabled(command(QStringLiteral("mnuFilePrintPreview")), true);
               setEnabled(command(QStringLiteral("mnuFileExportPdf")), true);

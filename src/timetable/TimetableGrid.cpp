@@ -13,6 +13,8 @@
 
 #include <QFontMetrics>
 #include <QHeaderView>
+#include <QRegularExpression>
+#include <QStyledItemDelegate>
 
 namespace ModMain {
 
@@ -295,6 +297,22 @@ void SetSameRowHeights(FlexGrid& Grid) {
     const int lHeight = Grid.rowHeightTwips(Grid.row());
     for (int r = 1; r < Grid.rows(); ++r)
         Grid.setRowHeightTwips(r, lHeight);
+}
+
+namespace {
+class CentredCellText : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QString displayText(const QVariant& value, const QLocale& locale) const override {
+        static const QRegularExpression ends(
+            QStringLiteral("^[\\r\\n\\x{2028}]+|[\\r\\n\\x{2028}]+$"));
+        return QStyledItemDelegate::displayText(value, locale).remove(ends);
+    }
+};
+} // namespace
+
+void UseCentredCellText(FlexGrid& Grid) {
+    Grid.setItemDelegate(new CentredCellText(&Grid));
 }
 
 } // namespace ModMain

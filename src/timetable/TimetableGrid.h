@@ -22,5 +22,8 @@ void SaveTimetable(FlexGrid& Grid);
 // The current column's width (row's height) given to every body column (row).
 void SetSameColumnWidths(FlexGrid& Grid);
 void SetSameRowHeights(FlexGrid& Grid);
+// Draws the grid's cells without the blank lines a cell has for the kinds it
+// lacks at either end, so a cell with a room alone shows it in the middle.
+void UseCentredCellText(FlexGrid& Grid);
 
 } // namespace ModMain
