@@ -281,6 +281,15 @@ private Q_SLOTS:
         QVERIFY(pdfText(s.env.path("week.pdf")).contains("Room Lab"));
         files.cancel();
         d.cmdPrint->click();
+        // Each file written is named; a cancelled one says nothing.
+        QCOMPARE(s.messages.texts(),
+                 (QStringList{"The timetables were saved as " + s.env.path("week.html") + ".",
+                              "The timetables were saved as " + s.env.path("week.pdf") + "."}));
+        s.messages.clear();
+        // The next preview starts on landscape and all timetables again.
+        frmPrintPreview again(s.klass);
+        QCOMPARE(again.options().orientation, QPageLayout::Landscape);
+        QCOMPARE(again.tables().size(), 2);
     }
 };
 

@@ -4,9 +4,11 @@
 #include "common/ErrorHandler.h"
 #include "common/FileDialogs.h"
 #include "common/Icons.h"
+#include "common/Settings.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QIntValidator>
@@ -109,6 +111,19 @@ frmPrintPreview::frmPrintPreview(qint32 currentTimetable, QWidget* parent)
     layout->addWidget(preview, 1);
     layout->addLayout(side);
 
+    // The paper's way round and what to print are kept from the last time.
+    for (const auto& [box, key] :
+         {std::pair{cboOrientation, "Orientation"}, std::pair{cboToPrint, "ItemsToPrint"}}) {
+        const int kept =
+            Common::GetSetting(QString::fromLatin1(Common::kConfigApp), QStringLiteral("Print"),
+                               QString::fromLatin1(key), QStringLiteral("0"))
+                .toInt();
+        box->setCurrentIndex(std::clamp(kept, 0, box->count() - 1));
+        connect(box, &QComboBox::currentIndexChanged, this, [key](int index) {
+            Common::SaveSetting(QString::fromLatin1(Common::kConfigApp), QStringLiteral("Print"),
+                                QString::fromLatin1(key), QString::number(index));
+        });
+    }
     connect(preview, &QPrintPreviewWidget::paintRequested, this, &frmPrintPreview::paintPreview);
     connect(cboOrientation, &QComboBox::currentIndexChanged, this,
             &frmPrintPreview::DoPrintPreview);
@@ -224,5 +239,9 @@ void frmPrintPreview::cmdPrint_Click() {
             html ? Print::WriteHtml(file, m_tables) : Print::WritePdf(file, m_tables, options());
         if (!error.isEmpty())
             Common::MsgBox(error, Common::MsgButtons::Ok, Common::MsgIcon::Exclamation);
+        else
+            Common::MsgBox(QStringLiteral("The timetables were saved as %1.")
+                               .arg(QDir::toNativeSeparators(file)),
+                           Common::MsgButtons::Ok, Common::MsgIcon::Information);
     });
 }
