@@ -169,10 +169,12 @@ private Q_SLOTS:
         if (choice == QLatin1String("letter")) {
             QCOMPARE(boxes.messages().size(), 1);
             QCOMPARE(boxes.messages().first().icon, Common::MsgIcon::Critical);
-            QCOMPARE(boxes.messages().first().text,
-                     QStringLiteral("Unable to open project file ") + letter +
-                         QStringLiteral(".\r\nfile is not a database\r\n26"));
-            verifyState(w, QString());
+            const QStringList lines = boxes.messages().first().text.split("\r\n");
+            QCOMPARE(lines.size(), 3);
+            QCOMPARE(lines[0], QStringLiteral("Unable to open project file ") + letter + ".");
+            QVERIFY(lines[1].startsWith("letter.VNPL is not a Vantor Planner project"));
+            QCOMPARE(lines[2], QStringLiteral("26"));
+            verifyState(w, first); // the open project stays open
         } else {
             QVERIFY(boxes.messages().isEmpty());
             verifyState(w, choice.isEmpty() ? first : second);
@@ -514,12 +516,12 @@ private Q_SLOTS:
         QVERIFY2(text.contains(QStringLiteral("Help is not available")), qPrintable(text));
         QVERIFY2(text.contains(env.dir() + QStringLiteral("/help")), qPrintable(text));
     }
-    void badFilesLeaveACleanWindow_data() {
+    void badFilesLeaveTheOpenProjectOpen_data() {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("reason"); // the second line of the box
         QTest::newRow("empty file")
             << QString("empty") << "bad.VNPL is not a Vantor Planner project: it has no table";
-        QTest::newRow("text") << QString("text") << "file is not a database";
+        QTest::newRow("text") << QString("text") << "bad.VNPL is not a Vantor Planner project";
         QTest::newRow("truncated")
             << QString("truncated") << "bad.VNPL is damaged and cannot be used";
         QTest::newRow("table dropped")
@@ -530,7 +532,7 @@ private Q_SLOTS:
                                            "timetable has no column time12hour";
         QTest::newRow("folder") << QString("folder") << "The name is a folder, not a project file";
     }
-    void badFilesLeaveACleanWindow() {
+    void badFilesLeaveTheOpenProjectOpen() {
         QFETCH(QString, kind);
         QFETCH(QString, reason);
         TestEnv env;
@@ -566,8 +568,10 @@ private Q_SLOTS:
         const QStringList lines = m.text.split(QStringLiteral("\r\n"));
         QCOMPARE(lines.value(0),
                  QStringLiteral("Unable to open project file ") + bad + QLatin1Char('.'));
-        QVERIFY2(lines.value(1).startsWith(reason), qPrintable(lines.value(1)));
-        verifyClean(w);
+        QVERIFY2(lines.value(1).contains(reason), qPrintable(lines.value(1)));
+        // Checked before anything was closed: the good project is still on show.
+        QCOMPARE(ModMain::DB().GetDBFilename(), good);
+        QCOMPARE(w.windowTitle(), QStringLiteral("Vantor Planner - Class 7A"));
         // Closing shows nothing more, and the file is as it was.
         w.close();
         QCOMPARE(boxes.messages().size(), 1);
@@ -595,6 +599,54 @@ private Q_SLOTS:
         // The toolbar's mark buttons do nothing there, and ask nothing.
         w.command("tbBreak")->trigger();
         QVERIFY(boxes.messages().isEmpty());
+    }
+    void saveAsGoesOnInTheCopy() {
+        TestEnv env;
+        MessageRecorder boxes;
+        ErrorRecorder errors;
+        FileDialogRecorder dialogs;
+        const QString file = schoolWithTimetable(env, QStringLiteral("school.VNPL"));
+        QVERIFY(
+            QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+        const QByteArray before = readFile(file);
+        frmMain w;
+        w.show();
+        w.Form_Load(file);
+        QVERIFY(boxes.texts().value(0).contains("File > Save Project As..."));
+        boxes.clear();
+        QAction* saveAs = w.command(QStringLiteral("mnuFileSaveAs"));
+        QVERIFY(saveAs->isEnabled()); // read-only: a copy is the way to change it
+        // Onto itself, or where nothing can be written: refused, still open.
+        dialogs.choose(file);
+        saveAs->trigger();
+        dialogs.choose(env.path("no/such/folder/copy.VNPL"));
+        saveAs->trigger();
+        QCOMPARE(boxes.texts().size(), 2);
+        QCOMPARE(boxes.texts()[0], file + " is the project open now. Choose another name for "
+                                          "the copy.");
+        QVERIFY(boxes.texts()[1].startsWith("The copy " + env.path("no/such/folder/copy.VNPL") +
+                                            " could not be written ("));
+        QCOMPARE(ModMain::DB().GetDBFilename(), file);
+        QVERIFY(!QFile::exists(env.path("no/such/folder/copy.VNPL.part")));
+        // A copy, suggested beside the original, then worked on.
+        boxes.clear();
+        const QString copy = env.path("school copy.VNPL");
+        dialogs.choose(copy);
+        saveAs->trigger();
+        QCOMPARE(dialogs.requests().last().title, QStringLiteral("Save Project As"));
+        QCOMPARE(dialogs.requests().last().fileName, copy);
+        QCOMPARE(ModMain::DB().GetDBFilename(), copy);
+        QVERIFY(!ModMain::DB().IsReadOnly());
+        QCOMPARE(w.windowTitle(), QStringLiteral("Vantor Planner - Class 7A"));
+        QVERIFY(boxes.texts().isEmpty());
+        QCOMPARE(value("PRAGMA integrity_check"), QStringLiteral("ok"));
+        w.command(QStringLiteral("mnuFormatSameSizeColumns"))->trigger();
+        boxes.answer(MsgResult::Yes);
+        w.command(QStringLiteral("mnuFileDelete"))->trigger();
+        QCOMPARE(value("SELECT COUNT(*) FROM Timetable"), "0");
+        w.close();
+        QCOMPARE(readFile(file), before);
+        QVERIFY(errors.reports().isEmpty());
     }
     void readOnlyProject() {
         TestEnv env;

@@ -19,6 +19,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QDir>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -125,6 +126,8 @@ void frmMain::buildMenus() {
                QKeySequence(QStringLiteral("Ctrl+Shift+N")));
     addCommand(mnuFile, QStringLiteral("mnuFileOpenProject"), QStringLiteral("&Open Project..."),
                QKeySequence::Open);
+    addCommand(mnuFile, QStringLiteral("mnuFileSaveAs"), QStringLiteral("Save Project &As..."),
+               QKeySequence::SaveAs);
     addCommand(mnuFile, QStringLiteral("mnuFileSetUpCalendar"),
                QStringLiteral("Set Up &Days and Periods..."));
     mnuFile->addSeparator();
@@ -293,6 +296,7 @@ void frmMain::buildCentral() {
 void frmMain::wireCommands() {
     on(QStringLiteral("mnuFileOpenProject"), &frmMain::mnuFileOpenProject_Click);
     on(QStringLiteral("mnuFileExit"), &frmMain::mnuFileExit_Click);
+    on(QStringLiteral("mnuFileSaveAs"), &frmMain::mnuFileSaveAs_Click);
     on(QStringLiteral("mnuEditUndo"), &frmMain::mnuEditUndo_Click);
     on(QStringLiteral("mnuEditRedo"), &frmMain::mnuEditRedo_Click);
     on(QStringLiteral("mnuFileNewProject"), &frmMain::mnuFileNewProject_Click);
@@ -484,6 +488,7 @@ void frmMain::NoProject() {
     setToolbarEnabled(false);
     setEnabled(command(QStringLiteral("mnuFileNew")), false);
     setEnabled(command(QStringLiteral("mnuFileOpen")), false);
+    setEnabled(command(QStringLiteral("mnuFileSaveAs")), false);
     setEnabled(command(QStringLiteral("mnuFileSetUpCalendar")), false);
     ShowProjectPath(QString());
     setCaption();
@@ -504,8 +509,8 @@ void frmMain::YesProject() {
     setMenuEnabled(mnuTools, true);
     setMenuEnabled(mnuPeriod, true);
     setToolbarEnabled(true);
-    for (const char* name :
-         {"mnuFileNew", "mnuFileOpen", "mnuFileDelete", "mnuFilePrintPreview", "mnuFileExportPdf"})
+    for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileSaveAs", "mnuFileDelete",
+                             "mnuFilePrintPreview", "mnuFileExportPdf"})
         setEnabled(command(QString::fromLatin1(name)), true);
     setEnabled(command(QStringLiteral("mnuFileSetUpCalendar")), needsCalendar());
 }
@@ -556,8 +561,8 @@ void frmMain::ProjectOpened() {
     if (ModMain::DB().IsReadOnly() && !ActionScope::Failed())
         MsgBox(QStringLiteral("You cannot change %1, so it is open for reading only: you can "
                               "look at and print its timetables, but not change them. To work "
-                              "on it, save a copy where you can write, or ask for write "
-                              "permission.")
+                              "on it, choose File > Save Project As... to save a copy where you "
+                              "can write, or ask for write permission.")
                    .arg(QDir::toNativeSeparators(ModMain::DB().GetDBFilename())),
                MsgButtons::Ok, MsgIcon::Information);
 }
@@ -576,6 +581,11 @@ void frmMain::mnuFileOpenProject_Click() {
 }
 
 bool frmMain::OpenProjectFile(const QString& file) {
+    // A file that is no project is refused before the open one is closed.
+    if (!ModMain::CanOpenProject(file)) {
+        MsgBox(ModMain::OpenFailureText(file), MsgButtons::Ok, MsgIcon::Critical);
+        return false;
+    }
     SaveTimetable();
     ModMain::DB().DBClose();
     // Nothing of the closed project stays on screen, whatever comes next.
@@ -587,6 +597,36 @@ bool frmMain::OpenProjectFile(const QString& file) {
     MsgBox(ModMain::OpenFailureText(file), MsgButtons::Ok, MsgIcon::Critical);
     NoProject();
     return false;
+}
+
+void frmMain::mnuFileSaveAs_Click() {
+    Guard("frmMain", "mnuFileSaveAs_Click", [&] {
+        if (!ModMain::ProjectIsOpen())
+            return;
+        const QFileInfo open(ModMain::DB().GetDBFilename());
+        QString file = open.dir().filePath(open.completeBaseName() + QStringLiteral(" copy.VNPL"));
+        if (!Common::VBGetSaveFileName(file, nullptr, true, false, false, true,
+                                       QStringLiteral("Vantor Planner Project (*.VNPL)|*.VNPL"),
+                                       nullptr, QString(), QStringLiteral("Save Project As"),
+                                       QStringLiteral("VNPL"), this))
+            return;
+        if (QFileInfo(file).absoluteFilePath() == open.absoluteFilePath()) {
+            MsgBox(QStringLiteral("%1 is the project open now. Choose another name for the copy.")
+                       .arg(QDir::toNativeSeparators(file)),
+                   MsgButtons::Ok, MsgIcon::Exclamation);
+            return;
+        }
+        SaveTimetable();
+        const QString error = ModMain::DB().BackupTo(file);
+        if (!error.isEmpty()) {
+            MsgBox(error, MsgButtons::Ok, MsgIcon::Exclamation);
+            return;
+        }
+        // Work goes on in the copy; the original stays as it was.
+        const qint32 shown = Timetable::current().ID;
+        if (OpenProjectFile(file) && shown != 0 && ModMain::ReadTimetable(shown).found)
+            LoadTimetable(shown);
+    });
 }
 
 void frmMain::mnuHelpOpenSample_Click() {

@@ -49,6 +49,7 @@ public:
 
     // File menu.
     void mnuFileOpenProject_Click();
+    void mnuFileSaveAs_Click();
     void mnuFileExit_Click();
     // New Project, and the help window.
     void mnuFileNewProject_Click();

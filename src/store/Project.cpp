@@ -161,8 +161,9 @@ QString CopySampleSchool(QString& error) {
     return copy;
 }
 
-QString ProjectProblem(int* number) {
-    const QString name = QFileInfo(DB().GetDBFilename()).fileName();
+namespace {
+QString problemOf(const QString& path, int* number) {
+    const QString name = QFileInfo(path).fileName();
     const auto problem = [&](int code, const QString& text) {
         if (number)
             *number = code;
@@ -170,16 +171,34 @@ QString ProjectProblem(int* number) {
     };
     // A connection of its own, so that nothing here reports to the user.
     sqlite3* db = nullptr;
-    if (sqlite3_open_v2(DB().GetDBFilename().toUtf8().constData(), &db, SQLITE_OPEN_READONLY,
-                        nullptr) != SQLITE_OK) {
+    if (sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) !=
+        SQLITE_OK) {
         sqlite3_close(db);
         return problem(kNotAProject, name + QStringLiteral(" cannot be read."));
+    }
+    // SQLite opens lazily: reading the list of tables tells a damaged
+    // database from a file that is none.
+    char* err = nullptr;
+    if (sqlite3_exec(db, "SELECT count(*) FROM sqlite_master;", nullptr, nullptr, &err) !=
+        SQLITE_OK) {
+        const QString detail = QString::fromUtf8(err ? err : sqlite3_errmsg(db));
+        const int code = sqlite3_errcode(db) & 0xFF;
+        sqlite3_free(err);
+        sqlite3_close(db);
+        if (code == kDamaged)
+            return problem(kDamaged, DamagedText(path, detail));
+        return problem(kNotAProject,
+                       name + QStringLiteral(" is not a Vantor Planner project (%1).").arg(detail));
     }
     const Schema found = readSchema(db);
     const QString order = unknownCollation(db);
     // A damaged page would otherwise surface as an error in every later statement.
     const QString check = quickCheck(db);
     sqlite3_close(db);
+    // A file with tables but damaged pages is damaged, whatever tables it
+    // seems to lack; one with none at all is something else.
+    if (!found.isEmpty() && check != QLatin1String("ok"))
+        return problem(kDamaged, DamagedText(path, check.section(QLatin1Char('\n'), 0, 0)));
     for (auto table = projectSchema().cbegin(); table != projectSchema().cend(); ++table) {
         if (!found.contains(table.key()))
             return problem(kNotAProject, name + QStringLiteral(" is not a Vantor Planner project: "
@@ -198,11 +217,33 @@ QString ProjectProblem(int* number) {
                                              "\"%1\", an order this program does not know.")
                                   .arg(order));
     if (check != QLatin1String("ok"))
-        return problem(kDamaged,
-                       DamagedText(DB().GetDBFilename(), check.section(QLatin1Char('\n'), 0, 0)));
+        return problem(kDamaged, DamagedText(path, check.section(QLatin1Char('\n'), 0, 0)));
     if (number)
         *number = 0;
     return QString();
+}
+} // namespace
+
+QString ProjectProblem(int* number) {
+    return problemOf(DB().GetDBFilename(), number);
+}
+
+bool CanOpenProject(const QString& path) {
+    lastRefusal() = Refusal();
+    const QFileInfo info(path);
+    if (!info.exists() || info.isDir()) {
+        lastRefusal() = {path,
+                         info.isDir() ? QStringLiteral("The name is a folder, not a project file")
+                                      : QStringLiteral("File not found"),
+                         VbErr::FileNotFound};
+        return false;
+    }
+    int number = 0;
+    const QString problem = problemOf(path, &number);
+    if (problem.isEmpty())
+        return true;
+    lastRefusal() = {path, problem, number};
+    return false;
 }
 
 QString DamagedText(const QString& path, const QString& detail) {

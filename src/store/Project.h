@@ -20,6 +20,10 @@ QString CopySampleSchool(QString& error);
 // damaged. A file that fails is closed again untouched; OpenFailureText then
 // says why.
 bool OpenProject(const QString& path);
+// Whether the file can be opened as a project, checked on a connection of its
+// own so that the project open now stays open; when not, OpenFailureText says
+// why.
+bool CanOpenProject(const QString& path);
 
 // "Unable to open project file <path>." with the reason and its number on
 // the next two lines, as shown when an open fails.

@@ -4,7 +4,11 @@
 #include "common/ErrorHandler.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <sqlite3.h>
 
 namespace {
@@ -148,6 +152,42 @@ ApplyResult clsSQLite::ApplyChanges(const QByteArray& changes, bool invert) {
     if (!m_db || m_readOnly || m_actionDepth > 0)
         return ApplyResult::Failed;
     return m_changes.apply(m_db, changes, invert);
+}
+
+QString clsSQLite::BackupTo(const QString& path) {
+    const QString shown = QDir::toNativeSeparators(path);
+    if (!m_db)
+        return QStringLiteral("No project is open to copy.");
+    // Beside the target, so that the rename at the end stays on one disk.
+    const QString part = path + QStringLiteral(".part");
+    QFile::remove(part);
+    sqlite3* copy = nullptr;
+    int rc = sqlite3_open_v2(part.toUtf8().constData(), &copy,
+                             SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    if (rc == SQLITE_OK) {
+        sqlite3_backup* backup = sqlite3_backup_init(copy, "main", m_db, "main");
+        if (!backup) {
+            rc = sqlite3_errcode(copy);
+        } else {
+            rc = sqlite3_backup_step(backup, -1);
+            sqlite3_backup_finish(backup);
+            rc = rc == SQLITE_DONE ? sqlite3_errcode(copy) : rc;
+        }
+    }
+    const QString reason = rc == SQLITE_OK ? QString() : QString::fromUtf8(sqlite3_errstr(rc));
+    sqlite3_close(copy);
+    if (!reason.isEmpty()) {
+        QFile::remove(part);
+        return QStringLiteral("The copy %1 could not be written (%2). Nothing was changed.")
+            .arg(shown, reason);
+    }
+    // Renaming replaces the old file at once, so a failure never leaves half of one.
+    if (std::rename(part.toLocal8Bit().constData(), path.toLocal8Bit().constData()) != 0) {
+        QFile::remove(part);
+        return QStringLiteral("The copy %1 could not be written (%2). Nothing was changed.")
+            .arg(shown, QString::fromLocal8Bit(std::strerror(errno)));
+    }
+    return QString();
 }
 
 void clsSQLite::SetBusyTimeout(int milliseconds) {

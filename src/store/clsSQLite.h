@@ -79,6 +79,11 @@ public:
     // Undoes (invert) or redoes one recorded step in one transaction.
     ApplyResult ApplyChanges(const QByteArray& changes, bool invert);
 
+    // Writes a consistent copy of the open database to path, through SQLite's
+    // backup, even while it is open and in use; the copy replaces path only
+    // once whole. Empty on success, else why not, in words.
+    QString BackupTo(const QString& path);
+
     // How long a statement waits for another program's lock.
     void SetBusyTimeout(int milliseconds);
     // Called after every statement the connection runs; only tests install it.
