@@ -24,13 +24,16 @@ qint32 classTimetable(const QString& name = QStringLiteral("7A")) {
     return makeTimetable(QStringLiteral("Class"), insertClass(name));
 }
 
-// One step for each new-timetable screen in turn, from the first.
+// One step for each new-timetable screen in turn, from the first; the kind's
+// screen comes only where the user has not chosen the kind yet (File > New).
 using Step = ModalDriver::Step;
-ModalDriver wizard(const QList<Step>& steps) {
-    const char* const screens[] = {"Welcome", "Who", "Style", "Complete"};
+ModalDriver wizard(const QList<Step>& steps, bool askKind = false) {
+    QStringList screens = {"Welcome", "Who", "Style", "Complete"};
+    if (askKind)
+        screens.insert(1, "Type");
     ModalDriver driver;
     for (int i = 0; i < steps.size(); ++i)
-        driver.expect(QStringLiteral("frmScr_CreateTT_") + QLatin1String(screens[i]), steps[i]);
+        driver.expect(QStringLiteral("frmScr_CreateTT_") + screens[i], steps[i]);
     return driver;
 }
 
@@ -214,14 +217,59 @@ private Q_SLOTS:
         QCOMPARE(rooms(2, 2), QString::number(lab));
         QCOMPARE(value("SELECT COUNT(*) FROM TutorSlot WHERE TutorID = %1", smith), "2");
     }
+    void newTableAsksTheKind() {
+        // The kind has a screen of its own; Back from the owner goes back to it,
+        // and the owners listed follow the kind chosen.
+        Project p;
+        ModMain::CreateRoomRecord("Lab", 30);
+        ModMain::CreateTutorRecord("Smith", "S", "", "");
+        frmMain w;
+        w.Form_Load(p.file);
+        const auto choose = [](const QString& kind) {
+            return [kind](QDialog* d) {
+                auto* kinds = control<QListWidget>(d, "lstType");
+                QCOMPARE(kinds->count(), 3);
+                for (int i = 0; i < kinds->count(); ++i)
+                    if (kinds->item(i)->text().startsWith(kind))
+                        kinds->setCurrentRow(i);
+                clickButton(d, "cmdNext");
+            };
+        };
+        const auto owners = [](const QString& first, const char* button) {
+            return [first, button](QDialog* d) {
+                QCOMPARE(control<QComboBox>(d, "cboWho")->itemText(0), first);
+                clickButton(d, button);
+            };
+        };
+        ModalDriver driver;
+        driver.expect("frmScr_CreateTT_Welcome", press("cmdNext"));
+        driver.expect("frmScr_CreateTT_Type", choose("Tutor"));
+        driver.expect("frmScr_CreateTT_Who", owners("Smith", "cmdBack"));
+        driver.expect("frmScr_CreateTT_Type", [](QDialog* d) {
+            QVERIFY(control<QListWidget>(d, "lstType")->currentItem()->text().startsWith("Tutor"));
+            clickButton(d, "cmdBack");
+        });
+        driver.expect("frmScr_CreateTT_Welcome", press("cmdNext"));
+        driver.expect("frmScr_CreateTT_Type", choose("Room"));
+        driver.expect("frmScr_CreateTT_Who", owners("Lab", "cmdNext"));
+        driver.expect("frmScr_CreateTT_Style", press("cmdBack"));
+        driver.expect("frmScr_CreateTT_Who", press("cmdNext"));
+        driver.expect("frmScr_CreateTT_Style", press("cmdNext"));
+        driver.expect("frmScr_CreateTT_Complete", press("cmdNext"));
+        QCOMPARE(driver.run([&] { w.command(QStringLiteral("mnuFileNew"))->trigger(); }),
+                 QString());
+        QCOMPARE(w.windowTitle(), QStringLiteral("Vantor Planner - Room Lab"));
+        QCOMPARE(value("SELECT COUNT(*) FROM Timetable"), "1");
+    }
     void wizardCancelWritesNothing_data() {
         QTest::addColumn<int>("screensBefore");
         QTest::addColumn<bool>("escape");
         QTest::newRow("welcome") << 0 << false;
-        QTest::newRow("who") << 1 << false;
-        QTest::newRow("style, after typing a new class") << 2 << false;
-        QTest::newRow("style by Escape") << 2 << true;
-        QTest::newRow("complete") << 3 << false;
+        QTest::newRow("kind") << 1 << false;
+        QTest::newRow("who") << 2 << false;
+        QTest::newRow("style, after typing a new class") << 3 << false;
+        QTest::newRow("style by Escape") << 3 << true;
+        QTest::newRow("complete") << 4 << false;
     }
     void wizardCancelWritesNothing() {
         QFETCH(int, screensBefore);
@@ -230,16 +278,18 @@ private Q_SLOTS:
         frmMain w;
         w.Form_Load(p.file);
         auto steps =
-            QList<Step>{press("cmdNext"), createNew("8C"), press("cmdNext")}.mid(0, screensBefore);
+            QList<Step>{press("cmdNext"), press("cmdNext"), createNew("8C"), press("cmdNext")}.mid(
+                0, screensBefore);
         steps << (escape ? Step([](QDialog* s) { QTest::keyClick(s, Qt::Key_Escape); })
                          : press("cmdCancel"));
-        QCOMPARE(wizard(steps).run([&] { w.command(QStringLiteral("mnuFileNew"))->trigger(); }),
-                 QString());
+        QCOMPARE(
+            wizard(steps, true).run([&] { w.command(QStringLiteral("mnuFileNew"))->trigger(); }),
+            QString());
         for (const char* table : {"Timetable", "TimeTitle", "DayTitle", "Slot"})
             QCOMPARE(value("SELECT COUNT(*) FROM %1", table), "0");
         // Only the class typed on the Who screen stays.
         QCOMPARE(value("SELECT COUNT(*) FROM Class WHERE name = '8C'"),
-                 screensBefore >= 2 ? "1" : "0");
+                 screensBefore >= 3 ? "1" : "0");
         QCOMPARE(Timetable::current().ID, 0);
         QVERIFY(p.messages.messages().isEmpty());
         // The same command in the same window starts afresh and goes through; a
@@ -252,11 +302,11 @@ private Q_SLOTS:
             QVERIFY(d->isVisible());
             createNew(QStringLiteral("  9D  "))(d);
         };
-        QCOMPARE(
-            wizard({press("cmdNext"), blankThenName, press("cmdNext"), press("cmdNext")}).run([&] {
-                w.command(QStringLiteral("mnuFileNew"))->trigger();
-            }),
-            QString());
+        QCOMPARE(wizard({press("cmdNext"), press("cmdNext"), blankThenName, press("cmdNext"),
+                         press("cmdNext")},
+                        true)
+                     .run([&] { w.command(QStringLiteral("mnuFileNew"))->trigger(); }),
+                 QString());
         QCOMPARE(p.messages.texts(),
                  QStringList{"You have not entered a name. Please enter a name to continue."});
         QCOMPARE(value("SELECT COUNT(*) FROM Timetable"), "1");

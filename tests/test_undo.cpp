@@ -277,6 +277,7 @@ private Q_SLOTS:
         s.messages.setDefault(Common::MsgResult::Yes);
         driver = ModalDriver();
         driver.expect("frmScr_CreateTT_Welcome", press("cmdNext"));
+        driver.expect("frmScr_CreateTT_Type", press("cmdNext")); // a class's, as offered
         driver.expect("frmScr_CreateTT_Who", [](QDialog* d) {
             auto* cbo = control<QComboBox>(d, "cboWho");
             cbo->setCurrentIndex(cbo->findText(QStringLiteral("Create new...")));

@@ -82,7 +82,8 @@ public:
     void ToolBar_ButtonClick(const QString& key);
 
     // Timetables: creating, deleting, showing and formatting them.
-    void DoNewTimeTableWizard();
+    // With askKind the wizard asks for the kind of timetable first.
+    void DoNewTimeTableWizard(bool askKind = false);
     void mnuFileNew_Click();
     void mnuFileDelete_Click();
     void mnuFormatTimetable_Click();

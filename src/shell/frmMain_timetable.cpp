@@ -248,12 +248,12 @@ void frmMain::mnuFileNew_Click() {
     }
     Wizard::state().WizardType = QStringLiteral("Class");
     Wizard::state().WizardWhoID = -1;
-    DoNewTimeTableWizard();
+    DoNewTimeTableWizard(true);
 }
 
-void frmMain::DoNewTimeTableWizard() {
+void frmMain::DoNewTimeTableWizard(bool askKind) {
     Guard("frmMain", "DoNewTimeTableWizard", [&] {
-        if (!Wizard::RunNewTimetableScreens(this))
+        if (!Wizard::RunNewTimetableScreens(this, askKind))
             return;
         WaitCursor wait;
         const Wizard::State& w = Wizard::state();

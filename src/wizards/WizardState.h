@@ -22,15 +22,16 @@ constexpr qint16 Complete = 5;
 constexpr qint16 Finished = 6;
 } // namespace ProjectScreen
 
-// The screen numbers of the new-timetable wizard. Type, Hours and Days are
-// numbered but never shown: the caller chooses the type, and a timetable
-// takes the project's days and periods.
+// The screen numbers of the new-timetable wizard. Hours and Days are numbered
+// but never shown, as a timetable takes the project's days and periods; Type
+// is shown when the user has not chosen the kind yet.
 namespace TimetableScreen {
 constexpr qint16 Welcome = 1;
 constexpr qint16 Type = 2;
 constexpr qint16 Who = 3;
 constexpr qint16 Style = 4;
 constexpr qint16 Hours = 5;
+constexpr qint16 Days = 6;
 constexpr qint16 Complete = 7;
 constexpr qint16 Finished = 8;
 } // namespace TimetableScreen

@@ -65,7 +65,8 @@ frmScr_CreateTT_Welcome::frmScr_CreateTT_Welcome(QWidget* parent)
                  parent) {
     cmdBack->hide();
     auto* steps = new QLabel(QStringLiteral("You will:\n\n"
-                                            "  1.  select or create the owner of the timetable\n"
+                                            "  1.  choose whose timetable it is: a class, a "
+                                            "tutor or a room\n"
                                             "  2.  choose a style for its fonts and colours\n\n"
                                             "Click Next to begin."),
                              this);
@@ -81,6 +82,41 @@ frmScr_CreateTT_Welcome::frmScr_CreateTT_Welcome(QWidget* parent)
 void frmScr_CreateTT_Welcome::cmdNext_Click() {
     if (!chkDisplayNext->isChecked())
         Wizard::state().WizardShowWelcome = false;
+    WizardPage::cmdNext_Click();
+}
+
+frmScr_CreateTT_Type::frmScr_CreateTT_Type(QWidget* parent)
+    : WizardPage(Wizard::flow(), QStringLiteral("frmScr_CreateTT_Type"), kTitle,
+                 QStringLiteral("Choose the kind of timetable"),
+                 QStringLiteral("Whose week is this timetable: a class's, a tutor's or a room's?"),
+                 parent) {
+    lstType = new QListWidget(this);
+    lstType->setObjectName(QStringLiteral("lstType"));
+    const struct {
+        const char* type;
+        const char* text;
+    } kinds[] = {{"Class", "Class: the lessons of one class or form"},
+                 {"Tutor", "Tutor: the lessons one tutor teaches"},
+                 {"Room", "Room: the lessons held in one room"}};
+    for (const auto& k : kinds) {
+        auto* item = new QListWidgetItem(QString::fromLatin1(k.text), lstType);
+        item->setData(Qt::UserRole, QString::fromLatin1(k.type));
+        if (Wizard::state().WizardType == QLatin1String(k.type))
+            lstType->setCurrentItem(item);
+    }
+    if (!lstType->currentItem())
+        lstType->setCurrentRow(0);
+    body()->addWidget(lstType, 1);
+    connect(lstType, &QListWidget::itemDoubleClicked, this, [this] { cmdNext_Click(); });
+}
+
+void frmScr_CreateTT_Type::cmdNext_Click() {
+    Wizard::State& w = Wizard::state();
+    const QString type = lstType->currentItem()->data(Qt::UserRole).toString();
+    // An owner chosen for another kind means nothing for this one.
+    if (type != w.WizardType)
+        w.WizardWhoID = -1;
+    w.WizardType = type;
     WizardPage::cmdNext_Click();
 }
 

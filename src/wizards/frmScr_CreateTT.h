@@ -20,6 +20,17 @@ protected:
     void cmdNext_Click() override;
 };
 
+// The kind of timetable: a class's, a tutor's or a room's.
+class frmScr_CreateTT_Type : public WizardPage {
+    Q_OBJECT
+public:
+    explicit frmScr_CreateTT_Type(QWidget* parent = nullptr);
+    QListWidget* lstType = nullptr;
+
+protected:
+    void cmdNext_Click() override;
+};
+
 class frmScr_CreateTT_Who : public WizardPage {
     Q_OBJECT
 public:
