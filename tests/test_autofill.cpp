@@ -297,6 +297,46 @@ private Q_SLOTS:
         QCOMPARE(ModMain::RunAutoFill(quiet), ModMain::FillOutcome::Finished);
         QCOMPARE(tutorAt(other, 1, 1), QString::number(c));
     }
+    void tutorsTeachTheirOwnSubjects() {
+        // Ann teaches Music, Bob Maths; nobody is recorded for Art. Each
+        // subject goes only to its teachers, Art to anyone offered, and the
+        // end names the periods no teacher could take.
+        OpenProject p({"Monday", "Tuesday"}, {"8:00", "9:00", "10:00", "11:00"});
+        QMap<QString, qint32> id;
+        for (const char* s : {"Maths", "Music", "Art"})
+            id[s] = ModMain::CreateSubjectRecord(s, 1);
+        for (const char* t : {"Ann", "Bob"})
+            id[t] = ModMain::CreateTutorRecord(t, t, QString(), QString());
+        value("INSERT INTO SubjectsTaughtByTutor (TutorID, SubjectID) VALUES (%1, %2), (%3, %4)",
+              id["Ann"], id["Music"], id["Bob"], id["Maths"]);
+        const qint32 tt = ModMain::CreateTimetable("Class", insertClass("7A"), 1);
+        const auto taughtBy = [&] {
+            return rows("SELECT Subject.name, IFNULL(Tutor.name, '-'), COUNT(*) FROM SubjectSlot "
+                        "JOIN Slot ON Slot.id = SubjectSlot.SlotID JOIN Subject ON Subject.id = "
+                        "SubjectID LEFT JOIN TutorSlot ON TutorSlot.SlotID = Slot.id LEFT JOIN "
+                        "Tutor ON Tutor.id = TutorID WHERE Slot.TimetableID = %1 GROUP BY 1, 2 "
+                        "ORDER BY 1, 2",
+                        tt);
+        };
+        choose(tt, {id["Maths"], id["Music"]}, {2, 2}, {id["Ann"], id["Bob"]}, {}, 1);
+        ModMain::FillProgress quiet;
+        QCOMPARE(ModMain::RunAutoFill(quiet), ModMain::FillOutcome::Finished);
+        QCOMPARE(taughtBy(), (QStringList{"Maths|Bob|2", "Music|Ann|2"}));
+        const ModMain::FillReport& report = ModMain::LastFillReport();
+        QCOMPARE(report.asked, 4);
+        QCOMPARE(report.filled, 4);
+        // Only Ann offered: Maths has no teacher to take it, Art is anyone's.
+        value("DELETE FROM SubjectSlot");
+        value("DELETE FROM TutorSlot");
+        ModMain::LessonIndex::invalidate();
+        choose(tt, {id["Maths"], id["Art"]}, {2, 1}, {id["Ann"]}, {}, 1);
+        QCOMPARE(ModMain::RunAutoFill(quiet), ModMain::FillOutcome::Finished);
+        QCOMPARE(taughtBy(), (QStringList{"Art|Ann|1", "Maths|-|2"}));
+        QCOMPARE(ModMain::FillReportText(ModMain::LastFillReport()),
+                 QStringLiteral("Filled 3 of the 3 periods asked.\nNo tutor offered who teaches "
+                                "it was free for: Maths (2).\nThose periods have their subject; "
+                                "add the rest by hand."));
+    }
     void headingsInStorageOrder() {
         // Two classes, the second with its period headings stored in reverse
         // (their positions unchanged). With the same shuffle each fill takes its
@@ -630,8 +670,8 @@ private Q_SLOTS:
         });
         school.expect("Complete", next);
         school.driver.expect("frmAutoFill_Progress", [](QDialog* d) {
-            QTRY_COMPARE_WITH_TIMEOUT(control<QLabel>(d, "Label2")->text(), QString("Finished."),
-                                      20000);
+            QTRY_COMPARE_WITH_TIMEOUT(control<QLabel>(d, "Label2")->text(),
+                                      QString("Filled 4 of the 4 periods asked."), 20000);
             auto* button = control<QPushButton>(d, "cmdCancel");
             QCOMPARE(button->text(), QString("Done"));
             QCOMPARE(control<QProgressBar>(d, "ProgressBar1")->value(), 11);

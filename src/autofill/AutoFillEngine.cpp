@@ -10,6 +10,9 @@
 #include "store/Transaction.h"
 #include "timetable/Lessons.h"
 
+#include <QHash>
+#include <QSet>
+
 #include <cstdlib>
 #include <limits>
 #include <optional>
@@ -333,24 +336,49 @@ struct Candidates {
     std::optional<BookingIndex> index;
 };
 
-// Links the best of the candidates to the cell's slot, unless all score 0.
-void linkBest(Candidates& c, qint32 TimetableID, qint32 SlotID, qint32 ProjectTimeTitleID,
-              qint32 ProjectDayTitleID) {
+// Links the best of the candidates to the cell's slot, unless all score 0;
+// whether one was linked.
+bool linkBest(Candidates& c, const QVector<qint32>& chosen, qint32 TimetableID, qint32 SlotID,
+              qint32 ProjectTimeTitleID, qint32 ProjectDayTitleID) {
     const bool tutor = c.kind == ResourceKind::Tutor;
-    const qint32 best = bestCandidate(static_cast<qint32>(c.chosen.size()), [&](qint32 k) {
+    const qint32 best = bestCandidate(static_cast<qint32>(chosen.size()), [&](qint32 k) {
         if (c.index)
-            return c.index->PointValue(c.chosen, k, c.set, SlotID, ProjectTimeTitleID,
+            return c.index->PointValue(chosen, k, c.set, SlotID, ProjectTimeTitleID,
                                        ProjectDayTitleID);
         return (tutor ? GetTutorPointValue
-                      : GetRoomPointValue)(TimetableID, SlotID, c.chosen, k, c.chosen.at(k - 1),
-                                           c.set, ProjectTimeTitleID, ProjectDayTitleID);
+                      : GetRoomPointValue)(TimetableID, SlotID, chosen, k, chosen.at(k - 1), c.set,
+                                           ProjectTimeTitleID, ProjectDayTitleID);
     });
     if (best == -1)
-        return;
-    const qint32 id = c.chosen.at(best - 1);
+        return false;
+    const qint32 id = chosen.at(best - 1);
     (tutor ? CreateTutorSlotRecord : CreateRoomSlotRecord)(SlotID, id, false);
     if (c.index)
         c.index->Linked(SlotID, id, ProjectTimeTitleID, ProjectDayTitleID);
+    return true;
+}
+
+// For each subject, the chosen tutors recorded as teaching it; a subject
+// nobody is recorded as teaching may go to any of them.
+QHash<qint32, QVector<qint32>> tutorsBySubject(const QVector<qint32>& chosen,
+                                               const QVector<qint32>& subjects) {
+    QHash<qint32, QSet<qint32>> teachers;
+    DB().ForEachRow(QStringLiteral("SELECT SubjectID, TutorID FROM SubjectsTaughtByTutor;"),
+                    [&](const clsSQLiteRow& row) { teachers[row.Int(0)].insert(row.Int(1)); });
+    QHash<qint32, QVector<qint32>> out;
+    for (const qint32 subject : subjects) {
+        const QSet<qint32> taught = teachers.value(subject);
+        QVector<qint32>& list = out[subject];
+        for (const qint32 tutor : chosen)
+            if (taught.isEmpty() || taught.contains(tutor))
+                list.append(tutor);
+    }
+    return out;
+}
+
+FillReport& report() {
+    static FillReport r;
+    return r;
 }
 } // namespace
 
@@ -360,6 +388,10 @@ void DoAutoFill(FillProgress& progress, Scoring scoring) {
     if (!method)
         return;
     const qint32 who = a.AutoFill_WhoID;
+    FillReport& done = report();
+    done = FillReport();
+    for (qint32 i = 0; i < a.AutoFill_IncludeSubjectsCount(); ++i)
+        done.asked += a.AutoFill_IncludeSubjectPeriods.value(i);
 
     const qint32 TotalAvailableSlots =
         GetTotalSlotsForTimetable(who) - GetTotalAllocatedSlotsForTimetable(who);
@@ -381,6 +413,8 @@ void DoAutoFill(FillProgress& progress, Scoring scoring) {
         tutors.index.emplace(ResourceKind::Tutor, who, tutors.chosen);
         rooms.index.emplace(ResourceKind::Room, who, rooms.chosen);
     }
+    const QHash<qint32, QVector<qint32>> teachers =
+        tutorsBySubject(a.AutoFill_Tutors, a.AutoFill_IncludeSubjects);
 
     qint32 SlotIndex = 1;
     for (qint32 d = 1; d <= DayID.size(); ++d) {
@@ -395,18 +429,51 @@ void DoAutoFill(FillProgress& progress, Scoring scoring) {
                     cell.SlotID = CreateSlotRecord(who, time.starttime, time.duration, day.dow,
                                                    SpecialID::Ordinary, day.id, time.id);
                 const qint32 SlotID = cell.SlotID;
-                CreateSubjectSlotRecord(SlotID, aIncludeSubjects.at(SlotIndex - 1), false);
+                const qint32 subject = aIncludeSubjects.at(SlotIndex - 1);
+                CreateSubjectSlotRecord(SlotID, subject, false);
+                ++done.filled;
 
                 const qint32 pt = time.projecttimetitleid;
                 const qint32 pd = day.projectdaytitleid;
-                linkBest(tutors, who, SlotID, pt, pd);
-                linkBest(rooms, who, SlotID, pt, pd);
+                // A kind none of which was offered is no shortfall.
+                if (!linkBest(tutors, teachers.value(subject), who, SlotID, pt, pd) &&
+                    !tutors.chosen.isEmpty())
+                    ++done.noTutor[subject];
+                if (!linkBest(rooms, rooms.chosen, who, SlotID, pt, pd) && !rooms.chosen.isEmpty())
+                    ++done.noRoom[subject];
             }
             SlotIndex = nextPosition(SlotIndex);
             yieldTo(&progress);
         }
     }
     progress.setValue(11);
+}
+
+const FillReport& LastFillReport() {
+    return report();
+}
+
+QString FillReportText(const FillReport& r) {
+    QString text = QStringLiteral("Filled %1 of the %2 periods asked.").arg(r.filled).arg(r.asked);
+    const auto subjects = [](const QMap<qint32, qint32>& periods) {
+        QStringList names;
+        for (auto it = periods.cbegin(); it != periods.cend(); ++it)
+            names << QStringLiteral("%1 (%2)").arg(
+                DB().Execute(QStringLiteral("SELECT name FROM Subject WHERE id = %1").arg(it.key()))
+                    .Field("name")
+                    .toString(),
+                QString::number(it.value()));
+        names.sort(Qt::CaseInsensitive);
+        return names.join(QStringLiteral(", "));
+    };
+    if (!r.noTutor.isEmpty())
+        text += QStringLiteral("\nNo tutor offered who teaches it was free for: %1.")
+                    .arg(subjects(r.noTutor));
+    if (!r.noRoom.isEmpty())
+        text += QStringLiteral("\nNo room offered was free for: %1.").arg(subjects(r.noRoom));
+    if (!r.noTutor.isEmpty() || !r.noRoom.isEmpty())
+        text += QStringLiteral("\nThose periods have their subject; add the rest by hand.");
+    return text;
 }
 
 FillOutcome RunAutoFill(FillProgress& progress, Scoring scoring) {

@@ -4,6 +4,7 @@
 // room. It reads the wizard's choices from AutoFill::state() and tells the
 // window how far it is through FillProgress; it includes no widget.
 
+#include <QMap>
 #include <QString>
 #include <QTime>
 #include <QVector>
@@ -102,6 +103,18 @@ void ImproveSequence(QVector<qint32>& list, qint32 SubjectSet, FillProgress& pro
 void DoAutoFill(FillProgress& progress, Scoring scoring = Scoring::Index);
 
 enum class FillOutcome { Finished, Cancelled, Failed, Refused };
+
+// What the last fill did: the periods asked and filled, and by subject the
+// periods that got no tutor or no room, none offered being free then (or,
+// for tutors, none offered teaching the subject).
+struct FillReport {
+    qint32 asked = 0;
+    qint32 filled = 0;
+    QMap<qint32, qint32> noTutor, noRoom; // subject id -> periods
+};
+const FillReport& LastFillReport();
+// The report in the user's words, for the end of the fill.
+QString FillReportText(const FillReport& report);
 
 // The user's Auto Fill: one transaction. Cancelled leaves the project as it
 // was; an unexpected error keeps what was written and is reported (Failed);

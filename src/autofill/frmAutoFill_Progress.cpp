@@ -33,6 +33,7 @@ frmAutoFill_Progress::frmAutoFill_Progress(std::function<void(qint32)> loadTimet
     Picture1->setAlignment(Qt::AlignTop);
     Animation1 = new FillAnimation(this);
     Label2 = new QLabel(QStringLiteral("Processing:"), this);
+    Label2->setWordWrap(true);
     Label2->setObjectName(QStringLiteral("Label2"));
     ProgressBar1 = new QProgressBar(this);
     ProgressBar1->setObjectName(QStringLiteral("ProgressBar1"));
@@ -99,7 +100,7 @@ void frmAutoFill_Progress::tmrStart_Timer() {
     cmdCancel->setText(QStringLiteral("Done"));
     cmdCancel->setEnabled(true);
     cmdCancel->setDefault(true);
-    Label2->setText(QStringLiteral("Finished."));
+    Label2->setText(ModMain::FillReportText(ModMain::LastFillReport()));
     ProgressBar1->setValue(ProgressBar1->maximum());
 }
 
