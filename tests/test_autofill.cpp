@@ -644,6 +644,19 @@ private Q_SLOTS:
             QVERIFY2(dump(school.file) == before, names[last - 1]);
         }
     }
+    void markedPeriodsAreNeitherFreeNorFilled() {
+        // Of six periods, Art fills one and lunch takes one: four are free.
+        WizardSchool school;
+        value("UPDATE Slot SET SpecialID = 3 WHERE id = %1", slotAt(school.tt, 2, 1));
+        school.expect("Welcome", next);
+        school.expect("Timetable", next);
+        school.expect("Subjects", [](QDialog* d) {
+            QCOMPARE(control<QLabel>(d, "lblPeriodsAvailable")->text(), QString("4"));
+            QCOMPARE(control<QLabel>(d, "lblPeriodsFilled")->text(), QString("1"));
+            cancel(d);
+        });
+        QCOMPARE(school.run(), QString());
+    }
     void wholeRun() {
         WizardSchool school;
         school.expect("Welcome", next);

@@ -102,6 +102,13 @@ qint32 GetTotalSlotsForTimetable(qint32 TimetableID) {
     return GetTotalDayTitlesForTimetable(TimetableID) * GetTotalTimeTitlesForTimetable(TimetableID);
 }
 
+qint32 GetTotalLessonSlotsForTimetable(qint32 TimetableID) {
+    return total(QStringLiteral("SELECT COUNT(*) AS tot FROM slot WHERE slot.timetableid = ") +
+                 number(TimetableID) +
+                 QStringLiteral(" AND EXISTS (SELECT 1 FROM subjectslot WHERE subjectslot.slotid "
+                                "= slot.id)"));
+}
+
 qint32 GetTotalAllocatedSlotsForTimetable(qint32 TimetableID) {
     // A lunch, break or unavailable period takes no lesson, so it is never free.
     return total(QStringLiteral("SELECT COUNT(*) AS tot FROM slot WHERE slot.timetableid = ") +

@@ -16,8 +16,11 @@ qint32 GetTotalDayTitlesForTimetable(qint32 TimetableID);
 qint32 GetTotalTimeTitlesForTimetable(qint32 TimetableID);
 // Days x periods; 0 when there is no such timetable.
 qint32 GetTotalSlotsForTimetable(qint32 TimetableID);
-// The subject links of the timetable: its cells that count as filled.
+// The timetable's cells that take no more lessons: those with a subject and
+// those marked lunch, break or unavailable.
 qint32 GetTotalAllocatedSlotsForTimetable(qint32 TimetableID);
+// Its cells with a subject: the periods filled.
+qint32 GetTotalLessonSlotsForTimetable(qint32 TimetableID);
 
 // Arrays here are 1-based in the procedures' arguments: index i is element
 // i - 1 of the vector, and the upper bound is its size.

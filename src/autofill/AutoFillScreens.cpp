@@ -212,9 +212,10 @@ frmScr_AutoFill_Subjects::frmScr_AutoFill_Subjects(QWidget* parent)
                                       ModMain::ResourceNames(ModMain::ResourceKind::Subject));
         setCounts(0, 0);
         const qint32 who = fill().AutoFill_WhoID;
-        const qint32 allocated = ModMain::GetTotalAllocatedSlotsForTimetable(who);
-        qint32 free = ModMain::GetTotalSlotsForTimetable(who) - allocated;
-        qint32 taken = allocated;
+        // Marked periods are neither free nor filled: they take no lesson.
+        qint32 free = ModMain::GetTotalSlotsForTimetable(who) -
+                      ModMain::GetTotalAllocatedSlotsForTimetable(who);
+        qint32 taken = ModMain::GetTotalLessonSlotsForTimetable(who);
         // Subjects chosen on an earlier visit come back with their periods
         // already counted out of the free ones.
         const AutoFill::State& a = fill();
@@ -233,16 +234,10 @@ frmScr_AutoFill_Subjects::frmScr_AutoFill_Subjects(QWidget* parent)
 }
 
 void frmScr_AutoFill_Subjects::setCounts(qint32 available, qint32 filled) {
+    m_available = available;
+    m_filled = filled;
     lblPeriodsAvailable->setText(QString::number(available));
     lblPeriodsFilled->setText(QString::number(filled));
-}
-
-qint32 frmScr_AutoFill_Subjects::available() const {
-    return lblPeriodsAvailable->text().toInt();
-}
-
-qint32 frmScr_AutoFill_Subjects::filled() const {
-    return lblPeriodsFilled->text().toInt();
 }
 
 bool frmScr_AutoFill_Subjects::cmdAdd_Click() {

@@ -61,8 +61,11 @@ private:
     void cmdAddAll_Click();
     void cmdRemove_Click();
     void setCounts(qint32 available, qint32 filled);
-    qint32 available() const;
-    qint32 filled() const;
+    qint32 available() const { return m_available; }
+    qint32 filled() const { return m_filled; }
+    // The counts shown, kept as numbers rather than read back from the labels.
+    qint32 m_available = 0;
+    qint32 m_filled = 0;
 };
 
 class frmScr_AutoFill_Tutors : public AutoFillPage {
