@@ -138,7 +138,7 @@ private Q_SLOTS:
                              QStringLiteral(". Would you like to create a new project?"));
         QCOMPARE(m.buttons, Common::MsgButtons::YesNo);
         QCOMPARE(m.icon, Common::MsgIcon::Question);
-        verifyState(w, QString());
+        verifyClean(w);
     }
     void openProjectCommand_data() {
         QTest::addColumn<QString>("choice"); // "project", "letter", or "" to cancel

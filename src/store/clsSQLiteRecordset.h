@@ -28,12 +28,13 @@ public:
     // and gives empty.
     Variant Field(const QString& name) const;
     Variant Field(const char* name) const { return Field(QString::fromUtf8(name)); }
-    // By column position, counted from 0.
+    // By column position, counted from 0, whatever the integer's width: a
+    // plain int must not silently read nothing.
     Variant Field(qint16 column) const;
-    // Any other argument type gives empty, without error.
-    Variant Field(qint32) const { return Variant(); }
-    Variant Field(qint64) const { return Variant(); }
-    Variant Field(double) const { return Variant(); }
+    Variant Field(qint32 column) const { return cell(m_recordIndex + 1, column); }
+    // Neither is a position.
+    Variant Field(qint64) const = delete;
+    Variant Field(double) const = delete;
 
 private:
     Variant cell(int row, int column) const;
