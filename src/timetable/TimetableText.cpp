@@ -66,27 +66,25 @@ QString EmptySlotText(const QString& Type) {
     return linesFor(Type) ? QStringLiteral("\r\n\r\n") : QString();
 }
 
-namespace {
-QString clockText(const QTime& Time, bool Time12Hour) {
-    if (!Time12Hour)
-        return Time.toString(QStringLiteral("h:mm")).trimmed();
-    QString text = Time.toString(QStringLiteral("h:mm AP"));
-    text.remove(Time.toString(QStringLiteral("AP")));
-    return text.trimmed();
-}
-} // namespace
-
 QString FormatTimeTitle(const QTime& StartTime, qint32 Duration) {
     return FormatTimeTitle(StartTime, Duration, Timetable::current().Time12Hour);
 }
 
 QString FormatTimeTitle(const QTime& StartTime, qint32 Duration, bool Time12Hour) {
-    return clockText(StartTime, Time12Hour) + QStringLiteral(" - ") +
-           clockText(StartTime.addSecs(qint64(Duration) * 60), Time12Hour);
+    return StripAMPM(StartTime, Time12Hour) + QStringLiteral(" - ") +
+           StripAMPM(StartTime.addSecs(qint64(Duration) * 60), Time12Hour);
 }
 
 QString StripAMPM(const QTime& Time) {
-    return clockText(Time, Timetable::current().Time12Hour);
+    return StripAMPM(Time, Timetable::current().Time12Hour);
+}
+
+QString StripAMPM(const QTime& Time, bool Time12Hour) {
+    if (!Time12Hour)
+        return Time.toString(QStringLiteral("h:mm")).trimmed();
+    QString text = Time.toString(QStringLiteral("h:mm AP"));
+    text.remove(Time.toString(QStringLiteral("AP")));
+    return text.trimmed();
 }
 
 } // namespace ModMain

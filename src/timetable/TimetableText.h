@@ -19,5 +19,6 @@ QString FormatTimeTitle(const QTime& StartTime, qint32 Duration, bool Time12Hour
 // One clock time in the current timetable's style; the 12-hour form carries
 // no AM/PM mark.
 QString StripAMPM(const QTime& Time);
+QString StripAMPM(const QTime& Time, bool Time12Hour);
 
 } // namespace ModMain
