@@ -631,8 +631,14 @@ private Q_SLOTS:
                                    "Rooms",   "Method",    "Complete"};
             for (int i = 0; i < last; ++i) {
                 Step step = i + 1 == last ? cancel : next;
+                if (last == 7) // the same labels as every other wizard's
+                    step = [step](QDialog* d) {
+                        verifyWizardButtons(d);
+                        step(d);
+                    };
                 if (i == 2 && i + 1 != last)
                     step = [](QDialog* d) {
+                        verifyWizardButtons(d);
                         press("cmdAddAll")(d);
                         next(d);
                     };

@@ -21,15 +21,36 @@ private Q_SLOTS:
         QList<int> original;
         for (int i = 0; i < 40; ++i)
             original << 100 + i;
-        // The same draws applied by hand: from the top down, i swaps with int(r * (i + 1)).
-        Common::Randomize(5);
-        QList<int> expected = original;
-        for (int i = 39; i >= 0; --i)
-            std::swap(expected[i], expected[static_cast<int>(Common::Rnd() * (i + 1))]);
-        Common::Randomize(5);
-        QList<int> shuffled = original;
-        Common::RandomizeArray(shuffled);
-        QCOMPARE(shuffled, expected);
+        // A shuffle keeps every entry, repeats itself for the same seed, and
+        // over many runs puts each entry in each place about equally often.
+        const auto shuffled = [&](int seed) {
+            Common::Randomize(seed);
+            QList<int> list = original;
+            Common::RandomizeArray(list);
+            return list;
+        };
+        QCOMPARE(shuffled(5), shuffled(5));
+        QVERIFY(shuffled(5) != shuffled(6));
+        QList<int> sorted = shuffled(7);
+        std::sort(sorted.begin(), sorted.end());
+        QCOMPARE(sorted, original);
+        QVector<int> firstPlace(40), lastPlace(40);
+        Common::Randomize(11);
+        for (int run = 0; run < 4000; ++run) {
+            QList<int> list = original;
+            Common::RandomizeArray(list);
+            ++firstPlace[list.first() - 100];
+            ++lastPlace[list.last() - 100];
+        }
+        // 100 expected each; a biased shuffle (one that never moves the
+        // last entry, or swaps only downwards) falls far outside.
+        for (int i = 0; i < 40; ++i)
+            QVERIFY2(firstPlace[i] > 50 && firstPlace[i] < 160 && lastPlace[i] > 50 &&
+                         lastPlace[i] < 160,
+                     qPrintable(QString("entry %1: first %2, last %3")
+                                    .arg(i)
+                                    .arg(firstPlace[i])
+                                    .arg(lastPlace[i])));
         QVariant text(QStringLiteral("not an array"));
         Common::RandomizeArray(text);
         QCOMPARE(text, QVariant(QStringLiteral("not an array")));
@@ -260,8 +281,7 @@ private Q_SLOTS:
         QVERIFY(!CreateReportObject(env.dir()));
         // Found in the application folder, it gets the report and its Action
         // is what the failing procedure is told.
-        const QByteArray oldAppDir = qgetenv("VANTOR_APP_DIR");
-        qputenv("VANTOR_APP_DIR", folder.toLocal8Bit());
+        std::optional<ScopedEnv> appDir(std::in_place, "VANTOR_APP_DIR", folder.toLocal8Bit());
         SetGlobalVariablesWriter([](VariableDump& d) { d.global("ProjectFile", "s.VNPL"); });
         auto component = CreateReportObject(folder);
         QVERIFY(component);
@@ -275,7 +295,7 @@ private Q_SLOTS:
         const int action =
             ErrorHandler("frmMain", "LoadTimetable", 88,
                          VbError(1, QStringLiteral("ModMain"), QStringLiteral("No slot")), params);
-        qputenv("VANTOR_APP_DIR", oldAppDir);
+        appDir.reset();
         SetGlobalVariablesWriter({});
         QCOMPARE(action, 3);
         QVERIFY(boxes.messages().isEmpty());

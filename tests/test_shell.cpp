@@ -37,7 +37,7 @@ void verifyState(const frmMain& w, const QString& path) {
     QVERIFY(w.command(QStringLiteral("mnuFileOpenProject"))->isEnabled());
     for (const char* cmd : {"mnuFileNew", "mnuFileOpen", "tbNew", "tbManage"}) {
         QAction* a = w.command(QString::fromLatin1(cmd));
-        QVERIFY2(a->isEnabled() == (!path.isEmpty() && w.isBuilt(a)), cmd);
+        QVERIFY2(a->isEnabled() == !path.isEmpty(), cmd);
     }
     if (!path.isEmpty())
         QCOMPARE(w.findChild<QLabel*>(QStringLiteral("sbPath"))->text(), path);
@@ -235,6 +235,67 @@ private Q_SLOTS:
             }
         }
     }
+    void windowUsesItsSpace() {
+        TestEnv env;
+        const QString file = schoolWithTimetable(env, QStringLiteral("school.VNPL"));
+        const auto storedSizes = [&] {
+            env.open(file);
+            const QString sizes =
+                rows("SELECT group_concat(Width) || '/' || group_concat(Height) FROM TimeTitle")
+                    .join(",") +
+                rows("SELECT group_concat(Width) || '/' || group_concat(Height) FROM DayTitle")
+                    .join(",");
+            ModMain::DB().DBClose();
+            return sizes;
+        };
+        const QString before = storedSizes();
+        const auto body = [](const FlexGrid& g, bool across) {
+            int total = 0;
+            for (int i = 1; i < (across ? g.cols() : g.rows()); ++i) {
+                const int shown = across ? g.columnWidth(i - 1) : g.rowHeight(i - 1);
+                const int own = g.twipsToPixels(across ? g.colWidthTwips(i) : g.rowHeightTwips(i));
+                if (shown < own)
+                    return -1; // never drawn smaller than its own size
+                total += shown;
+            }
+            return total;
+        };
+        QList<int> splitSizes;
+        {
+            frmMain w;
+            w.Form_Load(file);
+            FlexGrid& g = *w.g;
+            const int ownWidth = g.twipsToPixels(g.colWidthTwips(1));
+            w.resize(1600, 1000);
+            w.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&w));
+            // A small timetable fills the grid: the rows and columns share it.
+            QTRY_COMPARE(body(g, true), g.viewport()->width());
+            QTRY_COMPARE(body(g, false), g.viewport()->height());
+            QVERIFY(g.columnWidth(0) > ownWidth);
+            QCOMPARE(g.twipsToPixels(g.colWidthTwips(1)), ownWidth);
+            // In a small window they keep their own sizes and the grid scrolls.
+            w.resize(640, 420);
+            QTRY_COMPARE(g.columnWidth(0), ownWidth);
+            QVERIFY(body(g, true) > g.viewport()->width());
+            // The splitter between the grid and the lists is kept for next time.
+            // (Within the headless screen's 800 by 600, which a restored
+            // window is kept inside.)
+            w.resize(780, 560);
+            auto* split = w.findChild<QSplitter*>(QStringLiteral("splitMain"));
+            split->setSizes({340, 420});
+            QCoreApplication::processEvents();
+            splitSizes = split->sizes();
+            w.close();
+        }
+        // Only sizes the user dragged are written: filling the window is not.
+        QCOMPARE(storedSizes(), before);
+        frmMain again;
+        again.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&again));
+        QCOMPARE(again.size(), QSize(780, 560));
+        QCOMPARE(again.findChild<QSplitter*>(QStringLiteral("splitMain"))->sizes(), splitSizes);
+    }
     void autoFillButtonWithoutTimetable() {
         // The menus wait for a timetable; Auto Fill's button offers to make one.
         TestEnv env;
@@ -385,32 +446,17 @@ private Q_SLOTS:
     }
     void exceptionNames() {
         using CrashReport::Code;
+        // The faults a report can name, each from one signal, and the form of
+        // an unknown code.
         const std::vector<std::pair<quint32, QString>> names = {
             {Code(SIGSEGV, SEGV_MAPERR), "Access Violation"},
-            {Code(SIGSEGV, SEGV_ACCERR), "Access Violation"},
-            {Code(SIGSEGV, SI_USER), "Access Violation"},
             {CrashReport::kStackOverflow, "Stack Overflow"},
             {Code(SIGBUS, BUS_ADRALN), "Data Type Misalignment"},
-            {Code(SIGBUS, BUS_ADRERR), "In Page Error"},
-            {Code(SIGBUS, BUS_OBJERR), "In Page Error"},
             {Code(SIGTRAP, TRAP_BRKPT), "Breakpoint"},
-            {Code(SIGTRAP, SI_KERNEL), "Breakpoint"},
-            {Code(SIGTRAP, TRAP_TRACE), "Single Step"},
             {Code(SIGFPE, FPE_INTDIV), "Integer Divide By Zero"},
-            {Code(SIGFPE, FPE_INTOVF), "Integer Overflow"},
-            {Code(SIGFPE, FPE_FLTDIV), "Divide By Zero"},
-            {Code(SIGFPE, FPE_FLTOVF), "Float Overflow"},
-            {Code(SIGFPE, FPE_FLTUND), "Float Underflow"},
-            {Code(SIGFPE, FPE_FLTRES), "Floating Point Inexact Result"},
-            {Code(SIGFPE, FPE_FLTINV), "Invalid Operation"},
-            {Code(SIGFPE, FPE_FLTSUB), "Array Bounds Exceeded"},
-            {Code(SIGILL, ILL_PRVOPC), "Privileged Instruction"},
-            {Code(SIGILL, ILL_PRVREG), "Privileged Instruction"},
             {Code(SIGILL, ILL_ILLOPC), "Illegal Instruction"},
             {Code(SIGABRT, SI_TKILL), "Non Continuable Exception"},
-            {Code(SIGINT, SI_KERNEL), "Control-C Exit"},
             {Code(SIGFPE, 99), "Unknown (&H00080063)"},
-            {Code(SIGTERM, SI_USER), "Unknown (&H000F0000)"},
             {0xDEADBEEF, "Unknown (&HDEADBEEF)"},
         };
         for (const auto& [code, name] : names)
@@ -428,8 +474,7 @@ private Q_SLOTS:
         QFETCH(QString, fault);
         TestEnv env;
         const QString project = env.newProjectWithCalendar(kWeek, kTimes);
-        const QByteArray oldData = qgetenv("XDG_DATA_HOME");
-        qputenv("XDG_DATA_HOME", env.path("data").toLocal8Bit());
+        const ScopedEnv data("XDG_DATA_HOME", env.path("data").toLocal8Bit());
         Common::SaveSetting(Common::kOptionsApp, "Options", "Show Tips at Startup", "0");
         Common::SaveSetting(Common::kConfigApp, "Config", "FirstRun", "False");
         QProcess child;
@@ -458,7 +503,6 @@ private Q_SLOTS:
         QVERIFY(boxes.messages().first().text.contains(QDir::toNativeSeparators(report)));
         QVERIFY(boxes.messages().first().text.contains("opened again"));
         QCOMPARE(CrashReport::TakePendingReport(), QString());
-        qputenv("XDG_DATA_HOME", oldData);
     }
     void commandLine() {
         // Answered on the terminal, without a display.
@@ -507,11 +551,11 @@ private Q_SLOTS:
     }
     void helpMissingSaysSo() {
         TestEnv env;
-        const QByteArray appDir = qgetenv("VANTOR_APP_DIR");
-        qputenv("VANTOR_APP_DIR", env.dir().toLocal8Bit());
         frmHelp help;
-        help.showTopic(frmHelp::kGettingStarted);
-        qputenv("VANTOR_APP_DIR", appDir);
+        {
+            const ScopedEnv appDir("VANTOR_APP_DIR", env.dir().toLocal8Bit());
+            help.showTopic(frmHelp::kGettingStarted);
+        }
         const QString text = help.txtHelp->toPlainText();
         QVERIFY2(text.contains(QStringLiteral("Help is not available")), qPrintable(text));
         QVERIFY2(text.contains(env.dir() + QStringLiteral("/help")), qPrintable(text));
@@ -770,8 +814,7 @@ private Q_SLOTS:
     void sampleSchool() {
         TestEnv env;
         MessageRecorder boxes;
-        const QByteArray oldHome = qgetenv("HOME");
-        qputenv("HOME", env.dir().toLocal8Bit());
+        const ScopedEnv home("HOME", env.dir().toLocal8Bit());
         const QString shipped = Common::AppDir() + "/sample-school.VNPL";
         const QByteArray original = readFile(shipped);
         frmMain w;
@@ -812,7 +855,6 @@ private Q_SLOTS:
         QCOMPARE(ModMain::DB().GetDBFilename(), env.path("Documents/Sample School 2.VNPL"));
         QCOMPARE(readFile(shipped), original);
         QVERIFY(boxes.messages().isEmpty());
-        qputenv("HOME", oldHome);
     }
 };
 

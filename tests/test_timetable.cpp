@@ -242,7 +242,10 @@ private Q_SLOTS:
             };
         };
         ModalDriver driver;
-        driver.expect("frmScr_CreateTT_Welcome", press("cmdNext"));
+        driver.expect("frmScr_CreateTT_Welcome", [](QDialog* d) {
+            verifyWizardButtons(d);
+            clickButton(d, "cmdNext");
+        });
         driver.expect("frmScr_CreateTT_Type", choose("Tutor"));
         driver.expect("frmScr_CreateTT_Who", owners("Smith", "cmdBack"));
         driver.expect("frmScr_CreateTT_Type", [](QDialog* d) {

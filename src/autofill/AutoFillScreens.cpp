@@ -64,11 +64,7 @@ QPushButton* addButton(QWidget* parent, const char* name, const QString& text) {
 AutoFillPage::AutoFillPage(const QString& name, const QString& heading, const QString& intro,
                            QWidget* parent)
     : WizardPage({fill().AutoFill_Screen, fill().AutoFill_Cancel}, name, kTitle, heading, intro,
-                 parent) {
-    cmdBack->setText(QStringLiteral("&Back"));
-    cmdNext->setText(QStringLiteral("&Next"));
-    cmdCancel->setText(QStringLiteral("&Cancel"));
-}
+                 parent) {}
 
 frmScr_AutoFill_Welcome::frmScr_AutoFill_Welcome(QWidget* parent)
     : AutoFillPage(QStringLiteral("frmScr_AutoFill_Welcome"), QStringLiteral("Auto Fill Wizard"),

@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionHeader>
+#include <QTimer>
 #include <algorithm>
 #include <climits>
 
@@ -46,6 +47,9 @@ void FlexGrid::ensureDataSize() {
     m_colData.resize(cols());
     m_colTwips.resize(cols());
     m_colAlign.resize(cols());
+    m_rowExtra.resize(rows());
+    m_colExtra.resize(cols());
+    shareSpareRoomLater();
 }
 
 void FlexGrid::setRows(int n) {
@@ -63,6 +67,7 @@ void FlexGrid::clearGrid() {
     setRowCount(0);
     m_rowData.fill(0);
     m_colData.fill(0);
+    m_rowExtra.fill(0);
     ensureDataSize();
 }
 
@@ -230,12 +235,6 @@ void FlexGrid::setCellBackColor(int r, int c, const QColor& color) {
         it->setBackground(QBrush(color));
 }
 
-QColor FlexGrid::cellForeColor(int r, int c) const {
-    const QTableWidgetItem* it = item(r, c);
-    const QVariant v = it ? it->data(Qt::ForegroundRole) : QVariant();
-    return v.isValid() ? v.value<QBrush>().color() : palette().color(QPalette::Text);
-}
-
 void FlexGrid::setCellForeColor(int r, int c, const QColor& color) {
     if (QTableWidgetItem* it = ensureItem(r, c)) {
         if (color.isValid())
@@ -261,19 +260,9 @@ void FlexGrid::setCellEdge(int r, int c, const QColor& color) {
         it->setData(kEdgeRole, color.isValid() ? QVariant(color) : QVariant());
 }
 
-QString FlexGrid::cellToolTip(int r, int c) const {
-    const QTableWidgetItem* it = item(r, c);
-    return it ? it->toolTip() : QString();
-}
-
 void FlexGrid::setCellToolTip(int r, int c, const QString& text) {
     if (QTableWidgetItem* it = text.isEmpty() ? item(r, c) : ensureItem(r, c))
         it->setToolTip(text);
-}
-
-void FlexGrid::setCellAlignment(int r, int c, Qt::Alignment a) {
-    if (QTableWidgetItem* it = ensureItem(r, c))
-        it->setTextAlignment(a);
 }
 
 void FlexGrid::setColAlignment(int c, Qt::Alignment a) {
@@ -323,7 +312,7 @@ bool FlexGrid::colWidthChanged(int c) const {
 int FlexGrid::rowHeightTwips(int r) const {
     if (r < 0 || r >= rows())
         return 0;
-    const int px = r == 0 ? horizontalHeader()->height() : rowHeight(r - 1);
+    const int px = r == 0 ? horizontalHeader()->height() : rowHeight(r - 1) - m_rowExtra.value(r);
     const int stored = m_rowTwips.value(r);
     return (stored > 0 && twipsToPixels(stored) == px) ? stored : pixelsToTwips(px);
 }
@@ -336,13 +325,14 @@ void FlexGrid::setRowHeightTwips(int r, int twips) {
     if (r == 0)
         horizontalHeader()->setFixedHeight(twipsToPixels(twips));
     else
-        setRowHeight(r - 1, twipsToPixels(twips));
+        setRowHeight(r - 1, twipsToPixels(twips) + m_rowExtra.value(r));
+    shareSpareRoomLater();
 }
 
 int FlexGrid::colWidthTwips(int c) const {
     if (c < 0 || c >= cols())
         return 0;
-    const int px = c == 0 ? verticalHeader()->width() : columnWidth(c - 1);
+    const int px = c == 0 ? verticalHeader()->width() : columnWidth(c - 1) - m_colExtra.value(c);
     const int stored = m_colTwips.value(c);
     return (stored > 0 && twipsToPixels(stored) == px) ? stored : pixelsToTwips(px);
 }
@@ -355,7 +345,56 @@ void FlexGrid::setColWidthTwips(int c, int twips) {
     if (c == 0)
         verticalHeader()->setFixedWidth(twipsToPixels(twips));
     else
-        setColumnWidth(c - 1, twipsToPixels(twips));
+        setColumnWidth(c - 1, twipsToPixels(twips) + m_colExtra.value(c));
+    shareSpareRoomLater();
+}
+
+void FlexGrid::setShareSpareRoom(bool on) {
+    if (on && !m_shareSpare) {
+        // The viewport changes size with the window and with its scroll bars;
+        // a divider dragged in a heading is shared out when it is let go.
+        viewport()->installEventFilter(this);
+        horizontalHeader()->viewport()->installEventFilter(this);
+        verticalHeader()->viewport()->installEventFilter(this);
+    }
+    m_shareSpare = on;
+    shareSpareRoom();
+}
+
+void FlexGrid::shareSpareRoomLater() {
+    if (!m_shareSpare || m_sharePending)
+        return;
+    m_sharePending = true;
+    QTimer::singleShot(0, this, &FlexGrid::shareSpareRoom);
+}
+
+void FlexGrid::shareSpareRoom() {
+    m_sharePending = false;
+    // Each body section's own size first (what the user dragged included),
+    // then what the viewport leaves over, shared out a pixel at a time.
+    const auto share = [this](int count, int room, QVector<int>& twips, QVector<int>& extra,
+                              auto ownTwips, auto resize) {
+        QVector<int> own(count, 0);
+        int total = 0;
+        for (int i = 1; i < count; ++i) {
+            twips[i] = std::max(0, ownTwips(i)); // a divider dragged past the spread
+            own[i] = twipsToPixels(twips[i]);
+            total += own[i];
+        }
+        const int spare = m_shareSpare && count > 1 ? std::max(0, room - total) : 0;
+        for (int i = 1; i < count; ++i) {
+            extra[i] = spare / (count - 1) + (i - 1 < spare % (count - 1) ? 1 : 0);
+            resize(i - 1, own[i] + extra[i]);
+        }
+    };
+    share(
+        cols(), viewport()->width(), m_colTwips, m_colExtra,
+        [this](int c) { return colWidthTwips(c); },
+        [this](int i, int px) { setColumnWidth(i, px); });
+    share(
+        rows(), viewport()->height(), m_rowTwips, m_rowExtra,
+        [this](int r) { return rowHeightTwips(r); },
+        [this](int i, int px) { setRowHeight(i, px); });
 }
 
 int FlexGrid::findRow(int c, const QString& text) const {
@@ -412,6 +451,11 @@ void FlexGrid::paintEvent(QPaintEvent* event) {
 }
 
 bool FlexGrid::eventFilter(QObject* watched, QEvent* event) {
+    if (m_shareSpare &&
+        ((watched == viewport() && event->type() == QEvent::Resize) ||
+         (event->type() == QEvent::MouseButtonRelease &&
+          (watched == horizontalHeader()->viewport() || watched == verticalHeader()->viewport()))))
+        shareSpareRoomLater();
     if (watched == m_corner && event->type() == QEvent::Paint) {
         QPainter p(m_corner);
         QStyleOptionHeader opt;

@@ -47,13 +47,10 @@ public:
 
     QColor cellBackColor(int r, int c) const;
     void setCellBackColor(int r, int c, const QColor& color);
-    QColor cellForeColor(int r, int c) const;
     void setCellForeColor(int r, int c, const QColor& color);
-    void setCellAlignment(int r, int c, Qt::Alignment a);
     // A frame drawn around a body cell; an invalid colour draws none.
     QColor cellEdge(int r, int c) const;
     void setCellEdge(int r, int c, const QColor& color);
-    QString cellToolTip(int r, int c) const;
     void setCellToolTip(int r, int c, const QString& text);
     void setColAlignment(int c, Qt::Alignment a);
 
@@ -73,6 +70,12 @@ public:
     // Pixel and twip conversion at this widget's resolution.
     int twipsToPixels(int twips) const;
     int pixelsToTwips(int pixels) const;
+
+    // When on, room the body rows and columns leave free in the viewport is
+    // shared among them, so a small timetable fills its window. The sizes set
+    // or dragged stay what the size functions report and what is saved; none
+    // is drawn smaller than that.
+    void setShareSpareRoom(bool on);
 
     // Index of the first body row whose text in column c equals text, or -1.
     int findRow(int c, const QString& text) const;
@@ -95,6 +98,9 @@ private:
     QTableWidgetItem* ensureItem(int r, int c);
     void ensureDataSize();
     int dpi() const;
+    // Shares the spare room again, after sizes or the viewport changed.
+    void shareSpareRoom();
+    void shareSpareRoomLater();
 
     QVector<qint32> m_rowData;
     QVector<qint32> m_colData;
@@ -108,4 +114,9 @@ private:
     QString m_emptyText;
     QWidget* m_corner = nullptr;
     QVector<Qt::Alignment> m_colAlign;
+    // Pixels each body row and column is drawn beyond its own size.
+    QVector<int> m_rowExtra;
+    QVector<int> m_colExtra;
+    bool m_shareSpare = false;
+    bool m_sharePending = false;
 };

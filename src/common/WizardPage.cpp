@@ -71,7 +71,7 @@ WizardPage::WizardPage(Flow flow, const QString& name, const QString& title, con
     cmdNext = new QPushButton(QStringLiteral("&Next >"), this);
     cmdNext->setObjectName(QStringLiteral("cmdNext"));
     cmdNext->setDefault(true);
-    cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
+    cmdCancel = new QPushButton(QStringLiteral("&Cancel"), this);
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     auto* buttons = new QHBoxLayout;
     buttons->setContentsMargins(12, 8, 12, 12);

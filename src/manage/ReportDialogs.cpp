@@ -24,17 +24,20 @@ FlexGrid* addGrid(QDialog* dialog, const char* name, const QString& caption, QVB
     grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     grid->setSelectionMode(QAbstractItemView::SingleSelection);
     grid->horizontalHeader()->setStretchLastSection(true);
+    // The names are rows' ordinary first cells, not grey heading buttons:
+    // the grid's heading column stays empty and out of sight.
+    grid->verticalHeader()->hide();
     label->setBuddy(grid);
     layout->addWidget(grid, 1);
     return grid;
 }
 
-// One body row of texts, as compact as the window's lists.
+// One body row of texts from column 1, as compact as the window's lists.
 void addRow(FlexGrid& g, const QStringList& texts, qint32 data = 0) {
     const int r = g.rows();
     g.setRows(r + 1);
     for (int c = 0; c < texts.size(); ++c)
-        g.setTextMatrix(r, c, texts[c]);
+        g.setTextMatrix(r, c + 1, texts[c]);
     g.setRowData(r, data);
     g.setRowHeightTwips(r, 330);
 }
@@ -69,13 +72,13 @@ frmTableOpen::frmTableOpen(Host host, qint32 currentTimetable, QWidget* parent)
     Guard("frmTableOpen", "Form_Load", [&] {
         FlexGrid& g = *grdTimetables;
         g.clearGrid();
-        g.setCols(3);
+        g.setCols(4);
         g.setRows(1);
-        g.setTextMatrix(0, 0, QStringLiteral("Timetable"));
-        g.setTextMatrix(0, 1, QStringLiteral("Type"));
-        g.setTextMatrix(0, 2, QStringLiteral("Status"));
-        g.setColWidthTwips(0, 2800);
-        g.setColWidthTwips(1, 1000);
+        g.setTextMatrix(0, 1, QStringLiteral("Timetable"));
+        g.setTextMatrix(0, 2, QStringLiteral("Type"));
+        g.setTextMatrix(0, 3, QStringLiteral("Status"));
+        g.setColWidthTwips(1, 2800);
+        g.setColWidthTwips(2, 1000);
         int current = 0;
         for (const ModMain::TimetableListRow& row : ModMain::TimetableOpenList()) {
             addRow(g,
@@ -87,7 +90,7 @@ frmTableOpen::frmTableOpen(Host host, qint32 currentTimetable, QWidget* parent)
         }
         if (g.rows() > 1) {
             const int r = current > 0 ? current : 1;
-            g.selectRange(r, 1, r, 2);
+            g.selectRange(r, 1, r, 3);
         }
         cmdOk->setEnabled(g.rows() > 1);
     });
@@ -99,14 +102,14 @@ void frmTableOpen::cmdOk_Click() {
         const int r = g.row();
         if (r < 1)
             return;
-        const QString name = g.textMatrix(r, 0);
+        const QString name = g.textMatrix(r, 1);
         const qint32 id = g.rowData(r);
-        if (g.textMatrix(r, 2) == QLatin1String("Not Created")) {
+        if (g.textMatrix(r, 3) == QLatin1String("Not Created")) {
             if (Common::MsgBox(QStringLiteral("Create timetable for ") + name + QStringLiteral("?"),
                                Common::MsgButtons::YesNo,
                                Common::MsgIcon::Question) != Common::MsgResult::Yes)
                 return;
-            const QString type = g.textMatrix(r, 1);
+            const QString type = g.textMatrix(r, 2);
             accept();
             if (m_host.createTimetable)
                 m_host.createTimetable(type, id);
@@ -134,12 +137,12 @@ frmCapacityReport::frmCapacityReport(QWidget* parent) : QDialog(parent) {
     Guard("frmCapacityReport", "Form_Load", [&] {
         FlexGrid& g = *grdCapacity;
         g.clearGrid();
-        g.setCols(2);
+        g.setCols(3);
         g.setRows(1);
-        g.setTextMatrix(0, 0, QStringLiteral("Tutor Name"));
-        g.setTextMatrix(0, 1, QStringLiteral("Periods Teaching"));
-        g.setColWidthTwips(0, 2800);
-        g.setColWidthTwips(1, 1500);
+        g.setTextMatrix(0, 1, QStringLiteral("Tutor Name"));
+        g.setTextMatrix(0, 2, QStringLiteral("Periods Teaching"));
+        g.setColWidthTwips(1, 2800);
+        g.setColWidthTwips(2, 1500);
         for (const ModMain::CapacityRow& row : ModMain::TutorCapacity()) {
             addRow(g, {row.name, row.periods});
         }

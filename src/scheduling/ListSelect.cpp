@@ -203,7 +203,7 @@ bool AllowClash(const QString& ListType, const QStringList& BusyLessons, bool& A
         s.gbClash_Return = false;
         s.gbClash_AllowClash = AllowFutureClashes;
         frmClash dialog(parent);
-        dialog.setWindowTitle(ListType + QStringLiteral(" clash."));
+        dialog.setWindowTitle(ListType + QStringLiteral(" clash"));
         dialog.setMessage(QStringLiteral("This ") + ListType +
                           QStringLiteral(" will be elsewhere at this time. ") +
                           QStringLiteral("Allow this clash to occur anyway?"));

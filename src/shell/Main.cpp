@@ -70,7 +70,7 @@ void DoFirstRun(frmMain& main) {
         QStringLiteral("We've noticed that this is the first time you have launched Vantor "
                        "Planner. You may find it useful to follow the getting started tutorial. "
                        "Would you like to view it now?"),
-        Common::MsgButtons::YesNoCancel, Common::MsgIcon::Question);
+        Common::MsgButtons::YesNo, Common::MsgIcon::Question);
     if (answer == Common::MsgResult::Yes)
         frmHelp::ShowHelp(frmHelp::kGettingStarted);
     // A project named on the command line (a double-click in the file
@@ -83,9 +83,8 @@ void DoFirstRun(frmMain& main) {
         Common::MsgButtons::YesNoCancel, Common::MsgIcon::Question);
     if (start == Common::MsgResult::Yes)
         main.mnuHelpOpenSample_Click();
-    else if (QAction* newProject = main.command(QStringLiteral("mnuFileNewProject"));
-             start == Common::MsgResult::No && main.isBuilt(newProject))
-        newProject->trigger();
+    else if (start == Common::MsgResult::No)
+        main.mnuFileNewProject->trigger();
     if (!ProjectIsOpen())
         main.NoProject();
 }

@@ -7,6 +7,7 @@
 #include "common/FileDialogs.h"
 #include "common/FlexGrid.h"
 #include "common/Icons.h"
+#include "common/Settings.h"
 #include "common/VariableDump.h"
 #include "shell/CrashReport.h"
 #include "shell/UndoHistory.h"
@@ -37,24 +38,29 @@ using Common::MsgIcon;
 using Common::MsgResult;
 
 namespace {
-// The toolbar: key, caption, tooltip and the menu command it runs.
+// The toolbar: its button, key, caption, tooltip and the menu command it runs.
 struct ToolbarButton {
+    QAction* frmMain::*button;
     const char* key;
     const char* caption;
     const char* tooltip;
-    const char* command;
+    QAction* frmMain::*command;
 };
-constexpr ToolbarButton kToolbarButtons[] = {
-    {"New", "New Table", "Create a new timetable", "mnuFileNew"},
-    {"View", "View Table", "View an existing timetable", "mnuViewTimetable"},
-    {"AutoFill", "Auto Fill", "Automatically populate a timetable", "mnuToolsAutoFill"},
-    {"Blank", "Clear", "Clear period", "mnuPeriodClear"},
-    {"Lunch", "Lunch", "Set period as a lunch break", "mnuPeriodLunch"},
-    {"Break", "Break", "Set period as a break", "mnuPeriodBreak"},
-    {"Unavailable", "Unavailable", "Set period as unavailable", "mnuPeriodUnavailable"},
-    {"Manage", "Manage", "Manage tutors, rooms, classes and subjects", "mnuToolsManageTutors"},
-    {"Undo", "Undo", "Undo the last change", "mnuEditUndo"},
-    {"Redo", "Redo", "Redo the change last undone", "mnuEditRedo"},
+const ToolbarButton kToolbarButtons[] = {
+    {&frmMain::tbNew, "New", "New Table", "Create a new timetable", &frmMain::mnuFileNew},
+    {&frmMain::tbView, "View", "View Table", "View an existing timetable",
+     &frmMain::mnuViewTimetable},
+    {&frmMain::tbAutoFill, "AutoFill", "Auto Fill", "Automatically populate a timetable",
+     &frmMain::mnuToolsAutoFill},
+    {&frmMain::tbBlank, "Blank", "Clear", "Clear period", &frmMain::mnuPeriodClear},
+    {&frmMain::tbLunch, "Lunch", "Lunch", "Set period as a lunch break", &frmMain::mnuPeriodLunch},
+    {&frmMain::tbBreak, "Break", "Break", "Set period as a break", &frmMain::mnuPeriodBreak},
+    {&frmMain::tbUnavailable, "Unavailable", "Unavailable", "Set period as unavailable",
+     &frmMain::mnuPeriodUnavailable},
+    {&frmMain::tbManage, "Manage", "Manage", "Manage tutors, rooms, classes and subjects",
+     &frmMain::mnuToolsManageTutors},
+    {&frmMain::tbUndo, "Undo", "Undo", "Undo the last change", &frmMain::mnuEditUndo},
+    {&frmMain::tbRedo, "Redo", "Redo", "Redo the change last undone", &frmMain::mnuEditRedo},
 };
 
 FlexGrid* makeResourceList(const QString& name, const QString& word, QWidget* parent) {
@@ -99,6 +105,29 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
     buildCentral();
     wireCommands();
     resize(1180, 760);
+    restoreWindowPlace();
+}
+
+namespace {
+QString windowSetting(const char* key) {
+    return Common::GetSetting(QString::fromLatin1(Common::kConfigApp), QStringLiteral("Window"),
+                              QString::fromLatin1(key));
+}
+void saveWindowSetting(const char* key, const QByteArray& state) {
+    Common::SaveSetting(QString::fromLatin1(Common::kConfigApp), QStringLiteral("Window"),
+                        QString::fromLatin1(key), QString::fromLatin1(state.toBase64()));
+}
+} // namespace
+
+void frmMain::restoreWindowPlace() {
+    // Where the window was, maximised or not, and where the lists began.
+    restoreGeometry(QByteArray::fromBase64(windowSetting("Geometry").toLatin1()));
+    m_splitter->restoreState(QByteArray::fromBase64(windowSetting("Splitter").toLatin1()));
+}
+
+void frmMain::saveWindowPlace() const {
+    saveWindowSetting("Geometry", saveGeometry());
+    saveWindowSetting("Splitter", m_splitter->saveState());
 }
 
 frmMain::~frmMain() {
@@ -106,109 +135,124 @@ frmMain::~frmMain() {
     disconnect(m_history, nullptr, this, nullptr);
 }
 
-QAction* frmMain::addCommand(QMenu* menu, const QString& name, const QString& caption,
+QAction* frmMain::addCommand(QMenu* menu, const char* name, const QString& caption, Writes writes,
                              const QKeySequence& shortcut) {
     auto* action = new QAction(caption, this);
-    action->setObjectName(name);
+    action->setObjectName(QString::fromLatin1(name));
     if (!shortcut.isEmpty())
         action->setShortcut(shortcut);
-    // A command without its handler yet stays disabled.
-    action->setEnabled(false);
     menu->addAction(action);
-    m_commands.insert(name, action);
+    if (writes == Writes::Yes)
+        m_writing.insert(action);
     return action;
 }
 
 void frmMain::buildMenus() {
     mnuFile = menuBar()->addMenu(QStringLiteral("&File"));
     mnuFile->setObjectName(QStringLiteral("mnuFile"));
-    addCommand(mnuFile, QStringLiteral("mnuFileNewProject"), QStringLiteral("New &Project..."),
-               QKeySequence(QStringLiteral("Ctrl+Shift+N")));
-    addCommand(mnuFile, QStringLiteral("mnuFileOpenProject"), QStringLiteral("&Open Project..."),
-               QKeySequence::Open);
-    addCommand(mnuFile, QStringLiteral("mnuFileSaveAs"), QStringLiteral("Save Project &As..."),
-               QKeySequence::SaveAs);
-    addCommand(mnuFile, QStringLiteral("mnuFileSetUpCalendar"),
-               QStringLiteral("Set Up &Days and Periods..."));
+    mnuFileNewProject = addCommand(mnuFile, "mnuFileNewProject", QStringLiteral("New &Project..."),
+                                   Writes::No, QKeySequence(QStringLiteral("Ctrl+Shift+N")));
+    mnuFileOpenProject =
+        addCommand(mnuFile, "mnuFileOpenProject", QStringLiteral("&Open Project..."), Writes::No,
+                   QKeySequence::Open);
+    mnuFileSaveAs = addCommand(mnuFile, "mnuFileSaveAs", QStringLiteral("Save Project &As..."),
+                               Writes::No, QKeySequence::SaveAs);
+    mnuFileSetUpCalendar = addCommand(mnuFile, "mnuFileSetUpCalendar",
+                                      QStringLiteral("Set Up &Days and Periods..."), Writes::Yes);
     mnuFile->addSeparator();
-    addCommand(mnuFile, QStringLiteral("mnuFileNew"), QStringLiteral("&New Timetable..."),
-               QKeySequence::New);
-    addCommand(mnuFile, QStringLiteral("mnuFileOpen"), QStringLiteral("Open &Timetable..."));
-    addCommand(mnuFile, QStringLiteral("mnuFileDelete"), QStringLiteral("&Delete Timetable"));
+    mnuFileNew = addCommand(mnuFile, "mnuFileNew", QStringLiteral("&New Timetable..."), Writes::Yes,
+                            QKeySequence::New);
+    mnuFileOpen =
+        addCommand(mnuFile, "mnuFileOpen", QStringLiteral("Open &Timetable..."), Writes::No);
+    mnuFileDelete =
+        addCommand(mnuFile, "mnuFileDelete", QStringLiteral("&Delete Timetable"), Writes::Yes);
     mnuFile->addSeparator();
-    addCommand(mnuFile, QStringLiteral("mnuFilePrintPreview"), QStringLiteral("Print Pre&view..."),
-               QKeySequence::Print);
-    addCommand(mnuFile, QStringLiteral("mnuFileExportPdf"), QStringLiteral("Export as PD&F..."));
+    mnuFilePrintPreview =
+        addCommand(mnuFile, "mnuFilePrintPreview", QStringLiteral("Print Pre&view..."), Writes::No,
+                   QKeySequence::Print);
+    mnuFileExportPdf =
+        addCommand(mnuFile, "mnuFileExportPdf", QStringLiteral("Export as PD&F..."), Writes::No);
     mnuFile->addSeparator();
-    addCommand(mnuFile, QStringLiteral("mnuFileImportResources"),
-               QStringLiteral("&Import Resources..."));
-    addCommand(mnuFile, QStringLiteral("mnuFileExportResources"),
-               QStringLiteral("Export &Resources..."));
+    mnuFileImportResources = addCommand(mnuFile, "mnuFileImportResources",
+                                        QStringLiteral("&Import Resources..."), Writes::Yes);
+    mnuFileExportResources = addCommand(mnuFile, "mnuFileExportResources",
+                                        QStringLiteral("Export &Resources..."), Writes::No);
     mnuFile->addSeparator();
-    addCommand(mnuFile, QStringLiteral("mnuFileExit"), QStringLiteral("E&xit"),
-               QKeySequence(QStringLiteral("Ctrl+Q")));
+    mnuFileExit = addCommand(mnuFile, "mnuFileExit", QStringLiteral("E&xit"), Writes::No,
+                             QKeySequence(QStringLiteral("Ctrl+Q")));
 
     mnuEdit = menuBar()->addMenu(QStringLiteral("&Edit"));
     mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
-    addCommand(mnuEdit, QStringLiteral("mnuEditUndo"), QStringLiteral("Undo"), QKeySequence::Undo);
-    addCommand(mnuEdit, QStringLiteral("mnuEditRedo"), QStringLiteral("Redo"))
-        ->setShortcuts(
-            {QKeySequence(QStringLiteral("Ctrl+Shift+Z")), QKeySequence(QStringLiteral("Ctrl+Y"))});
+    mnuEditUndo =
+        addCommand(mnuEdit, "mnuEditUndo", QStringLiteral("Undo"), Writes::Yes, QKeySequence::Undo);
+    mnuEditRedo = addCommand(mnuEdit, "mnuEditRedo", QStringLiteral("Redo"), Writes::Yes);
+    mnuEditRedo->setShortcuts(
+        {QKeySequence(QStringLiteral("Ctrl+Shift+Z")), QKeySequence(QStringLiteral("Ctrl+Y"))});
 
     mnuView = menuBar()->addMenu(QStringLiteral("&View"));
     mnuView->setObjectName(QStringLiteral("mnuView"));
-    addCommand(mnuView, QStringLiteral("mnuViewTimetable"), QStringLiteral("&Timetables..."));
+    mnuViewTimetable =
+        addCommand(mnuView, "mnuViewTimetable", QStringLiteral("&Timetables..."), Writes::No);
 
     mnuFormat = menuBar()->addMenu(QStringLiteral("F&ormat"));
     mnuFormat->setObjectName(QStringLiteral("mnuFormat"));
-    addCommand(mnuFormat, QStringLiteral("mnuFormatTimetable"),
-               QStringLiteral("&Timetable Format..."));
+    mnuFormatTimetable = addCommand(mnuFormat, "mnuFormatTimetable",
+                                    QStringLiteral("&Timetable Format..."), Writes::Yes);
     mnuFormat->addSeparator();
-    addCommand(mnuFormat, QStringLiteral("mnuFormatSameSizeColumns"),
-               QStringLiteral("Same Size &Columns"));
-    addCommand(mnuFormat, QStringLiteral("mnuFormatSameSizeRows"),
-               QStringLiteral("Same Size &Rows"));
+    mnuFormatSameSizeColumns = addCommand(mnuFormat, "mnuFormatSameSizeColumns",
+                                          QStringLiteral("Same Size &Columns"), Writes::Yes);
+    mnuFormatSameSizeRows = addCommand(mnuFormat, "mnuFormatSameSizeRows",
+                                       QStringLiteral("Same Size &Rows"), Writes::Yes);
     mnuFormat->addSeparator();
-    addCommand(mnuFormat, QStringLiteral("mnuFormatDefineLunchColumn"),
-               QStringLiteral("Define/Remove  &Lunch..."));
+    mnuFormatDefineLunchColumn =
+        addCommand(mnuFormat, "mnuFormatDefineLunchColumn",
+                   QStringLiteral("Define/Remove  &Lunch..."), Writes::Yes);
 
     mnuTools = menuBar()->addMenu(QStringLiteral("&Tools"));
     mnuTools->setObjectName(QStringLiteral("mnuTools"));
-    addCommand(mnuTools, QStringLiteral("mnuToolsAutoFill"), QStringLiteral("&Auto Fill..."));
-    addCommand(mnuTools, QStringLiteral("mnuToolsFillMethods"), QStringLiteral("Fill &Methods..."));
-    addCommand(mnuTools, QStringLiteral("mnuToolsAskClashes"),
-               QStringLiteral("Ask Before Allowing &Clashes"))
-        ->setCheckable(true);
+    mnuToolsAutoFill =
+        addCommand(mnuTools, "mnuToolsAutoFill", QStringLiteral("&Auto Fill..."), Writes::Yes);
+    mnuToolsFillMethods = addCommand(mnuTools, "mnuToolsFillMethods",
+                                     QStringLiteral("Fill &Methods..."), Writes::Yes);
+    mnuToolsAskClashes = addCommand(mnuTools, "mnuToolsAskClashes",
+                                    QStringLiteral("Ask Before Allowing &Clashes"), Writes::No);
+    mnuToolsAskClashes->setCheckable(true);
     mnuTools->addSeparator();
-    addCommand(mnuTools, QStringLiteral("mnuToolsManageTutors"),
-               QStringLiteral("Manage &Tutors..."));
-    addCommand(mnuTools, QStringLiteral("mnuToolsManageSubjects"),
-               QStringLiteral("Manage &Subjects..."));
-    addCommand(mnuTools, QStringLiteral("mnuToolsManageRooms"), QStringLiteral("Manage &Rooms..."));
-    addCommand(mnuTools, QStringLiteral("mnuToolsManageClasses"),
-               QStringLiteral("Manage &Classes..."));
+    mnuToolsManageTutors = addCommand(mnuTools, "mnuToolsManageTutors",
+                                      QStringLiteral("Manage &Tutors..."), Writes::Yes);
+    mnuToolsManageSubjects = addCommand(mnuTools, "mnuToolsManageSubjects",
+                                        QStringLiteral("Manage &Subjects..."), Writes::Yes);
+    mnuToolsManageRooms = addCommand(mnuTools, "mnuToolsManageRooms",
+                                     QStringLiteral("Manage &Rooms..."), Writes::Yes);
+    mnuToolsManageClasses = addCommand(mnuTools, "mnuToolsManageClasses",
+                                       QStringLiteral("Manage &Classes..."), Writes::Yes);
     mnuTools->addSeparator();
-    addCommand(mnuTools, QStringLiteral("mnuToolsCapacityReport"),
-               QStringLiteral("Tutor Ca&pacity Report..."));
-    addCommand(mnuTools, QStringLiteral("mnuToolsConflicts"), QStringLiteral("Con&flicts..."));
+    mnuToolsCapacityReport = addCommand(mnuTools, "mnuToolsCapacityReport",
+                                        QStringLiteral("Tutor Ca&pacity Report..."), Writes::No);
+    mnuToolsConflicts =
+        addCommand(mnuTools, "mnuToolsConflicts", QStringLiteral("Con&flicts..."), Writes::No);
 
     mnuPeriod = menuBar()->addMenu(QStringLiteral("&Period"));
     mnuPeriod->setObjectName(QStringLiteral("mnuPeriod"));
-    addCommand(mnuPeriod, QStringLiteral("mnuPeriodClear"), QStringLiteral("&Clear"));
-    addCommand(mnuPeriod, QStringLiteral("mnuPeriodUnavailable"), QStringLiteral("&Unavailable"));
-    addCommand(mnuPeriod, QStringLiteral("mnuPeriodLunch"), QStringLiteral("&Lunch"));
-    addCommand(mnuPeriod, QStringLiteral("mnuPeriodBreak"), QStringLiteral("&Break"));
+    mnuPeriodClear = addCommand(mnuPeriod, "mnuPeriodClear", QStringLiteral("&Clear"), Writes::Yes);
+    mnuPeriodUnavailable =
+        addCommand(mnuPeriod, "mnuPeriodUnavailable", QStringLiteral("&Unavailable"), Writes::Yes);
+    mnuPeriodLunch = addCommand(mnuPeriod, "mnuPeriodLunch", QStringLiteral("&Lunch"), Writes::Yes);
+    mnuPeriodBreak = addCommand(mnuPeriod, "mnuPeriodBreak", QStringLiteral("&Break"), Writes::Yes);
 
     mnuHelp = menuBar()->addMenu(QStringLiteral("&Help"));
     mnuHelp->setObjectName(QStringLiteral("mnuHelp"));
-    addCommand(mnuHelp, QStringLiteral("mnuHelpContents"), QStringLiteral("&Contents"),
-               QKeySequence::HelpContents);
-    addCommand(mnuHelp, QStringLiteral("mnuHelpGettingStarted"),
-               QStringLiteral("&Getting Started Tutorial"));
-    addCommand(mnuHelp, QStringLiteral("mnuHelpTips"), QStringLiteral("&Tip of the Day..."));
-    addCommand(mnuHelp, QStringLiteral("mnuHelpOpenSample"), QStringLiteral("Open &Sample School"));
+    mnuHelpContents = addCommand(mnuHelp, "mnuHelpContents", QStringLiteral("&Contents"),
+                                 Writes::No, QKeySequence::HelpContents);
+    mnuHelpGettingStarted = addCommand(mnuHelp, "mnuHelpGettingStarted",
+                                       QStringLiteral("&Getting Started Tutorial"), Writes::No);
+    mnuHelpTips =
+        addCommand(mnuHelp, "mnuHelpTips", QStringLiteral("&Tip of the Day..."), Writes::No);
+    mnuHelpOpenSample =
+        addCommand(mnuHelp, "mnuHelpOpenSample", QStringLiteral("Open &Sample School"), Writes::No);
     mnuHelp->addSeparator();
-    addCommand(mnuHelp, QStringLiteral("mnuHelpAbout"), QStringLiteral("&About Vantor Planner..."));
+    mnuHelpAbout =
+        addCommand(mnuHelp, "mnuHelpAbout", QStringLiteral("&About Vantor Planner..."), Writes::No);
 }
 
 void frmMain::buildToolbar() {
@@ -229,19 +273,20 @@ void frmMain::buildToolbar() {
         if (key == QLatin1String("View") || key == QLatin1String("Unavailable") ||
             key == QLatin1String("Manage"))
             m_toolbar->addSeparator();
-        m_commands.insert(action->objectName(), action);
-        m_toolbarTargets.insert(key, QString::fromLatin1(b.command));
+        this->*b.button = action;
+        m_buttonTargets.insert(action, this->*b.command);
     }
 }
 
 void frmMain::buildCentral() {
-    auto* splitter = new QSplitter(Qt::Horizontal, this);
+    auto* splitter = m_splitter = new QSplitter(Qt::Horizontal, this);
     splitter->setObjectName(QStringLiteral("splitMain"));
     splitter->setChildrenCollapsible(false);
 
     g = new FlexGrid(splitter);
     g->setObjectName(QStringLiteral("g"));
     g->setMinimumWidth(320);
+    g->setShareSpareRoom(true);
     ModMain::UseCentredCellText(*g);
     splitter->addWidget(g);
 
@@ -294,103 +339,65 @@ void frmMain::buildCentral() {
 }
 
 void frmMain::wireCommands() {
-    on(QStringLiteral("mnuFileOpenProject"), &frmMain::mnuFileOpenProject_Click);
-    on(QStringLiteral("mnuFileExit"), &frmMain::mnuFileExit_Click);
-    on(QStringLiteral("mnuFileSaveAs"), &frmMain::mnuFileSaveAs_Click);
-    on(QStringLiteral("mnuEditUndo"), &frmMain::mnuEditUndo_Click);
-    on(QStringLiteral("mnuEditRedo"), &frmMain::mnuEditRedo_Click);
-    on(QStringLiteral("mnuFileNewProject"), &frmMain::mnuFileNewProject_Click);
-    on(QStringLiteral("mnuFileSetUpCalendar"), &frmMain::mnuFileSetUpCalendar_Click);
-    on(QStringLiteral("mnuHelpContents"), &frmMain::mnuHelpContents_Click);
-    on(QStringLiteral("mnuHelpGettingStarted"), &frmMain::mnuHelpGettingStarted_Click);
-    on(QStringLiteral("mnuHelpTips"), &frmMain::mnuHelpTips_Click);
-    on(QStringLiteral("mnuHelpOpenSample"), &frmMain::mnuHelpOpenSample_Click);
-    on(QStringLiteral("mnuHelpAbout"), &frmMain::mnuHelpAbout_Click);
-    on(QStringLiteral("mnuFileNew"), &frmMain::mnuFileNew_Click);
-    on(QStringLiteral("mnuFileDelete"), &frmMain::mnuFileDelete_Click);
-    on(QStringLiteral("mnuFormatTimetable"), &frmMain::mnuFormatTimetable_Click);
-    on(QStringLiteral("mnuFormatSameSizeColumns"), &frmMain::mnuFormatSameSizeColumns_Click);
-    on(QStringLiteral("mnuFormatSameSizeRows"), &frmMain::mnuFormatSameSizeRows_Click);
-    on(QStringLiteral("mnuFormatDefineLunchColumn"), &frmMain::mnuFormatDefineLunchColumn_Click);
-    on(QStringLiteral("mnuPeriodClear"), &frmMain::mnuPeriodClear_Click);
-    on(QStringLiteral("mnuPeriodUnavailable"), &frmMain::mnuPeriodUnavailable_Click);
-    on(QStringLiteral("mnuPeriodLunch"), &frmMain::mnuPeriodLunch_Click);
-    on(QStringLiteral("mnuPeriodBreak"), &frmMain::mnuPeriodBreak_Click);
-    on(QStringLiteral("mnuToolsAskClashes"), &frmMain::mnuToolsAskClashes_Click);
-    on(QStringLiteral("mnuToolsAutoFill"), &frmMain::mnuToolsAutoFill_Click);
-    on(QStringLiteral("mnuToolsFillMethods"), &frmMain::mnuToolsFillMethods_Click);
-    on(QStringLiteral("mnuToolsManageTutors"), [this] { ShowManage(frmManage::Tutors); });
-    on(QStringLiteral("mnuToolsManageClasses"), [this] { ShowManage(frmManage::Classes); });
-    on(QStringLiteral("mnuToolsManageRooms"), [this] { ShowManage(frmManage::Rooms); });
-    on(QStringLiteral("mnuToolsManageSubjects"), [this] { ShowManage(frmManage::Subjects); });
-    on(QStringLiteral("mnuViewTimetable"), &frmMain::mnuViewTimetable_Click);
-    on(QStringLiteral("mnuFileOpen"), &frmMain::mnuViewTimetable_Click);
-    on(QStringLiteral("mnuToolsCapacityReport"), &frmMain::mnuToolsCapacityReport_Click);
-    on(QStringLiteral("mnuToolsConflicts"), &frmMain::mnuToolsConflicts_Click);
-    on(QStringLiteral("mnuFileImportResources"), &frmMain::mnuFileImportResources_Click);
-    on(QStringLiteral("mnuFilePrintPreview"), &frmMain::mnuFilePrintPreview_Click);
-    on(QStringLiteral("mnuFileExportPdf"), &frmMain::mnuFileExportPdf_Click);
-    on(QStringLiteral("mnuFileExportResources"), &frmMain::mnuFileExportResources_Click);
+    on(mnuFileOpenProject, &frmMain::mnuFileOpenProject_Click);
+    on(mnuFileExit, &frmMain::mnuFileExit_Click);
+    on(mnuFileSaveAs, &frmMain::mnuFileSaveAs_Click);
+    on(mnuEditUndo, &frmMain::mnuEditUndo_Click);
+    on(mnuEditRedo, &frmMain::mnuEditRedo_Click);
+    on(mnuFileNewProject, &frmMain::mnuFileNewProject_Click);
+    on(mnuFileSetUpCalendar, &frmMain::mnuFileSetUpCalendar_Click);
+    on(mnuHelpContents, &frmMain::mnuHelpContents_Click);
+    on(mnuHelpGettingStarted, &frmMain::mnuHelpGettingStarted_Click);
+    on(mnuHelpTips, &frmMain::mnuHelpTips_Click);
+    on(mnuHelpOpenSample, &frmMain::mnuHelpOpenSample_Click);
+    on(mnuHelpAbout, &frmMain::mnuHelpAbout_Click);
+    on(mnuFileNew, &frmMain::mnuFileNew_Click);
+    on(mnuFileDelete, &frmMain::mnuFileDelete_Click);
+    on(mnuFormatTimetable, &frmMain::mnuFormatTimetable_Click);
+    on(mnuFormatSameSizeColumns, &frmMain::mnuFormatSameSizeColumns_Click);
+    on(mnuFormatSameSizeRows, &frmMain::mnuFormatSameSizeRows_Click);
+    on(mnuFormatDefineLunchColumn, &frmMain::mnuFormatDefineLunchColumn_Click);
+    on(mnuPeriodClear, &frmMain::mnuPeriodClear_Click);
+    on(mnuPeriodUnavailable, &frmMain::mnuPeriodUnavailable_Click);
+    on(mnuPeriodLunch, &frmMain::mnuPeriodLunch_Click);
+    on(mnuPeriodBreak, &frmMain::mnuPeriodBreak_Click);
+    on(mnuToolsAskClashes, &frmMain::mnuToolsAskClashes_Click);
+    on(mnuToolsAutoFill, &frmMain::mnuToolsAutoFill_Click);
+    on(mnuToolsFillMethods, &frmMain::mnuToolsFillMethods_Click);
+    on(mnuToolsManageTutors, [this] { ShowManage(frmManage::Tutors); });
+    on(mnuToolsManageClasses, [this] { ShowManage(frmManage::Classes); });
+    on(mnuToolsManageRooms, [this] { ShowManage(frmManage::Rooms); });
+    on(mnuToolsManageSubjects, [this] { ShowManage(frmManage::Subjects); });
+    on(mnuViewTimetable, &frmMain::mnuViewTimetable_Click);
+    on(mnuFileOpen, &frmMain::mnuViewTimetable_Click);
+    on(mnuToolsCapacityReport, &frmMain::mnuToolsCapacityReport_Click);
+    on(mnuToolsConflicts, &frmMain::mnuToolsConflicts_Click);
+    on(mnuFileImportResources, &frmMain::mnuFileImportResources_Click);
+    on(mnuFilePrintPreview, &frmMain::mnuFilePrintPreview_Click);
+    on(mnuFileExportPdf, &frmMain::mnuFileExportPdf_Click);
+    on(mnuFileExportResources, &frmMain::mnuFileExportResources_Click);
     wireScheduling();
 }
 
-void frmMain::on(const QString& name, void (frmMain::*handler)()) {
-    on(name, [this, handler] { (this->*handler)(); });
+void frmMain::on(QAction* action, void (frmMain::*handler)()) {
+    connect(action, &QAction::triggered, this, handler);
 }
 
-void frmMain::on(const QString& name, const std::function<void()>& handler) {
-    QAction* action = m_commands.value(name);
-    Q_ASSERT(action);
-    if (!action)
-        return;
+void frmMain::on(QAction* action, const std::function<void()>& handler) {
     connect(action, &QAction::triggered, this, handler);
-    m_built.insert(action);
-    action->setEnabled(true);
-    // The toolbar button of the same command is built along with it.
-    for (auto it = m_toolbarTargets.cbegin(); it != m_toolbarTargets.cend(); ++it)
-        if (it.value() == name)
-            m_built.insert(m_commands.value(QStringLiteral("tb") + it.key()));
 }
 
 QAction* frmMain::command(const QString& name) const {
-    return m_commands.value(name);
+    return findChild<QAction*>(name, Qt::FindDirectChildrenOnly);
 }
-
-namespace {
-// The commands that change the project, kept off while it is read-only.
-bool writes(const QString& command) {
-    static const QSet<QString> writing = {"mnuFileNew",
-                                          "mnuEditUndo",
-                                          "mnuEditRedo",
-                                          "mnuFileDelete",
-                                          "mnuFileSetUpCalendar",
-                                          "mnuFormatTimetable",
-                                          "mnuFormatSameSizeColumns",
-                                          "mnuFormatSameSizeRows",
-                                          "mnuFormatDefineLunchColumn",
-                                          "mnuToolsAutoFill",
-                                          "mnuToolsFillMethods",
-                                          "mnuToolsManageTutors",
-                                          "mnuToolsManageSubjects",
-                                          "mnuToolsManageRooms",
-                                          "mnuToolsManageClasses",
-                                          "mnuFileImportResources",
-                                          "mnuPeriodClear",
-                                          "mnuPeriodUnavailable",
-                                          "mnuPeriodLunch",
-                                          "mnuPeriodBreak"};
-    return writing.contains(command);
-}
-} // namespace
 
 void frmMain::setEnabled(QAction* action, bool enabled) {
     if (!action)
         return;
-    QString name = action->objectName();
-    if (name.startsWith(QLatin1String("tb")))
-        name = m_toolbarTargets.value(name.mid(2));
+    // A button writes when the menu command it runs does.
+    const bool writes = m_writing.contains(m_buttonTargets.value(action, action));
     const bool readOnly = ModMain::ProjectIsOpen() && ModMain::DB().IsReadOnly();
-    action->setEnabled(enabled && m_built.contains(action) && !(readOnly && writes(name)));
+    action->setEnabled(enabled && !(readOnly && writes));
 }
 
 void frmMain::setCaption(const QString& shown) {
@@ -411,27 +418,27 @@ void frmMain::setMenuEnabled(QMenu* menu, bool enabled) {
 
 void frmMain::setToolbarEnabled(bool enabled) {
     for (const ToolbarButton& b : kToolbarButtons)
-        setEnabled(m_commands.value(QStringLiteral("tb") + QString::fromLatin1(b.key)), enabled);
+        setEnabled(this->*b.button, enabled);
     updateHistoryCommands();
 }
 
 void frmMain::updateHistoryCommands() {
     const bool open = ModMain::ProjectIsOpen();
     const struct {
-        const char* menu;
-        const char* button;
+        QAction* menu;
+        QAction* button;
         bool can;
         QString text;
         const char* nothing;
-    } commands[] = {{"mnuEditUndo", "tbUndo", m_history->stack().canUndo(), m_history->undoText(),
+    } commands[] = {{mnuEditUndo, tbUndo, m_history->stack().canUndo(), m_history->undoText(),
                      "Nothing to undo"},
-                    {"mnuEditRedo", "tbRedo", m_history->stack().canRedo(), m_history->redoText(),
+                    {mnuEditRedo, tbRedo, m_history->stack().canRedo(), m_history->redoText(),
                      "Nothing to redo"}};
     for (const auto& c : commands) {
-        QAction* menu = command(QString::fromLatin1(c.menu));
+        QAction* menu = c.menu;
         menu->setText(c.text);
         setEnabled(menu, open && c.can);
-        QAction* button = command(QString::fromLatin1(c.button));
+        QAction* button = c.button;
         button->setToolTip(c.can ? c.text : QString::fromLatin1(c.nothing));
         setEnabled(button, open && c.can);
     }
@@ -467,13 +474,12 @@ void frmMain::NoTimetable() {
     setMenuEnabled(mnuFormat, false);
     setMenuEnabled(mnuTools, false);
     setMenuEnabled(mnuPeriod, false);
-    setEnabled(command(QStringLiteral("mnuFileDelete")), false);
-    setEnabled(command(QStringLiteral("mnuFilePrintPreview")), false);
-    setEnabled(command(QStringLiteral("mnuFileExportPdf")), false);
+    for (QAction* needsTimetable : {mnuFileDelete, mnuFilePrintPreview, mnuFileExportPdf})
+        setEnabled(needsTimetable, false);
     // Marking periods needs a timetable's cells; what was typed belongs to
     // the timetable that is gone.
-    for (const char* mark : {"tbBlank", "tbLunch", "tbBreak", "tbUnavailable"})
-        setEnabled(command(QString::fromLatin1(mark)), false);
+    for (QAction* mark : {tbBlank, tbLunch, tbBreak, tbUnavailable})
+        setEnabled(mark, false);
     for (QLineEdit* box : {txtTutorName, txtSubjectName, txtRoomName}) {
         box->clear();
         box->setEnabled(false);
@@ -486,10 +492,8 @@ void frmMain::NoProject() {
     g->setEmptyText(QStringLiteral("No project is open.\n\nChoose File > New Project to set up a "
                                    "school, or File > Open Project to open one."));
     setToolbarEnabled(false);
-    setEnabled(command(QStringLiteral("mnuFileNew")), false);
-    setEnabled(command(QStringLiteral("mnuFileOpen")), false);
-    setEnabled(command(QStringLiteral("mnuFileSaveAs")), false);
-    setEnabled(command(QStringLiteral("mnuFileSetUpCalendar")), false);
+    for (QAction* needsProject : {mnuFileNew, mnuFileOpen, mnuFileSaveAs, mnuFileSetUpCalendar})
+        setEnabled(needsProject, false);
     ShowProjectPath(QString());
     setCaption();
 }
@@ -509,10 +513,10 @@ void frmMain::YesProject() {
     setMenuEnabled(mnuTools, true);
     setMenuEnabled(mnuPeriod, true);
     setToolbarEnabled(true);
-    for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileSaveAs", "mnuFileDelete",
-                             "mnuFilePrintPreview", "mnuFileExportPdf"})
-        setEnabled(command(QString::fromLatin1(name)), true);
-    setEnabled(command(QStringLiteral("mnuFileSetUpCalendar")), needsCalendar());
+    for (QAction* action : {mnuFileNew, mnuFileOpen, mnuFileSaveAs, mnuFileDelete,
+                            mnuFilePrintPreview, mnuFileExportPdf})
+        setEnabled(action, true);
+    setEnabled(mnuFileSetUpCalendar, needsCalendar());
 }
 
 bool frmMain::needsCalendar() const {
@@ -539,9 +543,7 @@ void frmMain::Form_Load(const QString& projectFile) {
                              MsgButtons::YesNo, MsgIcon::Question);
                   if (answer == MsgResult::Yes) {
                       NoProject();
-                      if (QAction* newProject = command(QStringLiteral("mnuFileNewProject"));
-                          isBuilt(newProject))
-                          newProject->trigger();
+                      mnuFileNewProject->trigger();
                   }
                   return;
               }
@@ -647,12 +649,11 @@ void frmMain::mnuFileExit_Click() {
 }
 
 void frmMain::ToolBar_ButtonClick(const QString& key) {
-    const QString target = m_toolbarTargets.value(key);
-    if (target.isEmpty())
+    const auto button = std::find_if(std::begin(kToolbarButtons), std::end(kToolbarButtons),
+                                     [&](const ToolbarButton& b) { return key == b.key; });
+    if (button == std::end(kToolbarButtons))
         return;
-    QAction* action = command(target);
-    if (!isBuilt(action))
-        return;
+    QAction* action = this->*button->command;
     // These need only the project (Auto Fill offers to create a class
     // timetable), so their buttons work while the menus wait for a timetable.
     static const QSet<QString> projectWide = {"AutoFill", "View", "Manage"};
@@ -667,6 +668,7 @@ void frmMain::Form_Unload() {
         return;
     m_unloaded = true;
     Guard("frmMain", "Form_Unload", [&] {
+        saveWindowPlace();
         SaveTimetable();
         const QString path = ModMain::DB().GetDBFilename();
         if (!path.isEmpty())

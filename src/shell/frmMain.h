@@ -18,6 +18,7 @@ class FlexGrid;
 class UndoHistory;
 class QLabel;
 class QMimeData;
+class QSplitter;
 class QLineEdit;
 class QMenu;
 class QToolBar;
@@ -125,10 +126,57 @@ public:
     void RefreshToolbarTimetables();
 
     // A command by its control name ("mnuFileOpenProject", "tbNew"), for
-    // wiring and for tests.
+    // tests that drive the window as a user would.
     QAction* command(const QString& name) const;
-    // Whether the command has been given its handler.
-    bool isBuilt(QAction* action) const { return m_built.contains(action); }
+
+    // The menu commands and toolbar buttons.
+    QAction* mnuFileNewProject = nullptr;
+    QAction* mnuFileOpenProject = nullptr;
+    QAction* mnuFileSaveAs = nullptr;
+    QAction* mnuFileSetUpCalendar = nullptr;
+    QAction* mnuFileNew = nullptr;
+    QAction* mnuFileOpen = nullptr;
+    QAction* mnuFileDelete = nullptr;
+    QAction* mnuFilePrintPreview = nullptr;
+    QAction* mnuFileExportPdf = nullptr;
+    QAction* mnuFileImportResources = nullptr;
+    QAction* mnuFileExportResources = nullptr;
+    QAction* mnuFileExit = nullptr;
+    QAction* mnuEditUndo = nullptr;
+    QAction* mnuEditRedo = nullptr;
+    QAction* mnuViewTimetable = nullptr;
+    QAction* mnuFormatTimetable = nullptr;
+    QAction* mnuFormatSameSizeColumns = nullptr;
+    QAction* mnuFormatSameSizeRows = nullptr;
+    QAction* mnuFormatDefineLunchColumn = nullptr;
+    QAction* mnuToolsAutoFill = nullptr;
+    QAction* mnuToolsFillMethods = nullptr;
+    QAction* mnuToolsAskClashes = nullptr;
+    QAction* mnuToolsManageTutors = nullptr;
+    QAction* mnuToolsManageSubjects = nullptr;
+    QAction* mnuToolsManageRooms = nullptr;
+    QAction* mnuToolsManageClasses = nullptr;
+    QAction* mnuToolsCapacityReport = nullptr;
+    QAction* mnuToolsConflicts = nullptr;
+    QAction* mnuPeriodClear = nullptr;
+    QAction* mnuPeriodUnavailable = nullptr;
+    QAction* mnuPeriodLunch = nullptr;
+    QAction* mnuPeriodBreak = nullptr;
+    QAction* mnuHelpContents = nullptr;
+    QAction* mnuHelpGettingStarted = nullptr;
+    QAction* mnuHelpTips = nullptr;
+    QAction* mnuHelpOpenSample = nullptr;
+    QAction* mnuHelpAbout = nullptr;
+    QAction* tbNew = nullptr;
+    QAction* tbView = nullptr;
+    QAction* tbAutoFill = nullptr;
+    QAction* tbBlank = nullptr;
+    QAction* tbLunch = nullptr;
+    QAction* tbBreak = nullptr;
+    QAction* tbUnavailable = nullptr;
+    QAction* tbManage = nullptr;
+    QAction* tbUndo = nullptr;
+    QAction* tbRedo = nullptr;
 
     FlexGrid* g = nullptr;
     FlexGrid* gTutor = nullptr;
@@ -153,12 +201,16 @@ private:
     void buildCentral();
     void wireCommands();
     void Form_Unload();
+    // The window's size and place and the splitter, kept between runs.
+    void restoreWindowPlace();
+    void saveWindowPlace() const;
 
-    QAction* addCommand(QMenu* menu, const QString& name, const QString& caption,
+    // Whether a command changes the project, and so is off while it is read-only.
+    enum class Writes { No, Yes };
+    QAction* addCommand(QMenu* menu, const char* name, const QString& caption, Writes writes,
                         const QKeySequence& shortcut = QKeySequence());
-    // Gives a command its handler; only such commands are ever enabled.
-    void on(const QString& name, void (frmMain::*handler)());
-    void on(const QString& name, const std::function<void()>& handler);
+    void on(QAction* action, void (frmMain::*handler)());
+    void on(QAction* action, const std::function<void()>& handler);
     void setEnabled(QAction* action, bool enabled);
     void setMenuEnabled(QMenu* menu, bool enabled);
     void setToolbarEnabled(bool enabled);
@@ -188,9 +240,8 @@ private:
     // Whether the open project lacks days and periods (and so timetables).
     bool needsCalendar() const;
 
-    QHash<QString, QAction*> m_commands;
-    QSet<QAction*> m_built;
-    QHash<QString, QString> m_toolbarTargets; // toolbar key -> menu command
+    QSet<QAction*> m_writing;
+    QHash<QAction*, QAction*> m_buttonTargets; // toolbar button -> menu command
     void updateHistoryCommands();
     // The grid's mouse and drag-and-drop events of a lesson drag.
     bool lessonDragEvent(QEvent* event);
@@ -216,5 +267,6 @@ private:
     QToolButton* tbTimetables = nullptr;
     QVector<ModMain::TimetableEntry> m_menuTimetables; // what the list's menu holds
     QLabel* m_statusPath = nullptr;
+    QSplitter* m_splitter = nullptr;
     bool m_unloaded = false;
 };

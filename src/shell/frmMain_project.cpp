@@ -18,8 +18,8 @@ void frmMain::mnuFileSetUpCalendar_Click() {
 }
 
 void frmMain::StartNewTimetable() {
-    if (QAction* a = command(QStringLiteral("mnuFileNew")); isBuilt(a) && a->isEnabled())
-        a->trigger();
+    if (mnuFileNew->isEnabled())
+        mnuFileNew->trigger();
 }
 
 void frmMain::mnuHelpContents_Click() {

@@ -116,9 +116,8 @@ void frmMain::wireScheduling() {
                 readOnlyRefused();
         });
     }
-    connect(mnuTools, &QMenu::aboutToShow, this, [this] {
-        command(QStringLiteral("mnuToolsAskClashes"))->setChecked(!ModMain::AllowClashesSetting());
-    });
+    connect(mnuTools, &QMenu::aboutToShow, this,
+            [this] { mnuToolsAskClashes->setChecked(!ModMain::AllowClashesSetting()); });
 }
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
@@ -172,7 +171,7 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
 void frmMain::markPeriods(const QString& question, qint16 code, const QString& step) {
     Guard("frmMain", "mnuPeriod_Click", VariableDump().parameter(QStringLiteral("code"), int(code)),
           [&] {
-              if (MsgBox(question, MsgButtons::YesNoCancel, MsgIcon::Question) != MsgResult::Yes)
+              if (MsgBox(question, MsgButtons::YesNo, MsgIcon::Question) != MsgResult::Yes)
                   return;
               const ActionName name(step);
               Transaction tx;
@@ -225,5 +224,5 @@ void frmMain::mnuFormatDefineLunchColumn_Click() {
 }
 
 void frmMain::mnuToolsAskClashes_Click() {
-    ModMain::SetAllowClashesSetting(!command(QStringLiteral("mnuToolsAskClashes"))->isChecked());
+    ModMain::SetAllowClashesSetting(!mnuToolsAskClashes->isChecked());
 }

@@ -138,8 +138,9 @@ void frmMain::clearTimetable() {
     g->clearGrid();
     g->setRows(1);
     g->setCols(1);
-    Timetable::current().ID = 0;
-    Timetable::current().Loaded = false;
+    // Nothing of the timetable that was shown, not even its title in an
+    // error report.
+    Timetable::Reset();
     // Without a timetable the lists have no cell to speak of, and the
     // timetable list may belong to a project that is closed now; whoever
     // shows a timetable next fills them again.
@@ -198,9 +199,8 @@ void frmMain::LoadTimetable(qint32 TimetableID) {
               setToolbarEnabled(true);
               for (QLineEdit* box : {txtTutorName, txtSubjectName, txtRoomName})
                   box->setEnabled(true);
-              setEnabled(command(QStringLiteral("mnuFileDelete")), true);
-              setEnabled(command(QStringLiteral("mnuFilePrintPreview")), true);
-              setEnabled(command(QStringLiteral("mnuFileExportPdf")), true);
+              for (QAction* action : {mnuFileDelete, mnuFilePrintPreview, mnuFileExportPdf})
+                  setEnabled(action, true);
               tt.Loaded = false;
               tt.TimeOnTop = found.TimeOnTop;
               tt.Type = found.Type;
@@ -307,7 +307,7 @@ void frmMain::mnuFormatTimetable_Click() {
 
 void frmMain::mnuFormatSameSizeColumns_Click() {
     Guard("frmMain", "mnuFormatSameSizeColumns_Click", [&] {
-        if (MsgBox(QStringLiteral("Set all columns to the same width?"), MsgButtons::YesNoCancel,
+        if (MsgBox(QStringLiteral("Set all columns to the same width?"), MsgButtons::YesNo,
                    MsgIcon::Question) != MsgResult::Yes) {
             ModMain::SaveTimetable(*g);
             return;
@@ -324,7 +324,7 @@ void frmMain::mnuFormatSameSizeColumns_Click() {
 void frmMain::mnuFormatSameSizeRows_Click() {
     Guard("frmMain", "mnuFormatSameSizeRows_Click", [&] {
         // Unlike the columns, the heights are saved with the next load or exit.
-        if (MsgBox(QStringLiteral("Set all rows to the same height?"), MsgButtons::YesNoCancel,
+        if (MsgBox(QStringLiteral("Set all rows to the same height?"), MsgButtons::YesNo,
                    MsgIcon::Question) == MsgResult::Yes)
             ModMain::SetSameRowHeights(*g);
     });

@@ -85,6 +85,14 @@ inline ModalDriver::Step press(const QByteArray& button) {
     return [button](QDialog* d) { clickButton(d, button.constData()); };
 }
 
+// Every wizard's screens name their buttons alike.
+inline void verifyWizardButtons(QDialog* d) {
+    for (const auto& [name, text] :
+         {std::pair{"cmdBack", "< &Back"}, {"cmdNext", "&Next >"}, {"cmdCancel", "&Cancel"}})
+        QCOMPARE(d->findChild<QPushButton*>(QString::fromLatin1(name))->text(),
+                 QString::fromLatin1(text));
+}
+
 // What a list or a box offers, an entry each; a grid, a row each with '|'
 // between its cells.
 inline QStringList texts(const QListWidget* list) {

@@ -10,9 +10,20 @@
 
 namespace TestSupport {
 
-TestEnv::TestEnv() : m_oldConfig(qgetenv("XDG_CONFIG_HOME")) {
+ScopedEnv::ScopedEnv(const char* name, const QByteArray& value)
+    : m_name(name), m_old(qgetenv(name)), m_had(qEnvironmentVariableIsSet(name)) {
+    qputenv(name, value);
+}
+
+ScopedEnv::~ScopedEnv() {
+    if (m_had)
+        qputenv(m_name, m_old);
+    else
+        qunsetenv(m_name);
+}
+TestEnv::TestEnv()
+    : m_config("XDG_CONFIG_HOME", m_dir.filePath(QStringLiteral("config")).toLocal8Bit()) {
     QDir().mkpath(m_dir.filePath(QStringLiteral("config")));
-    qputenv("XDG_CONFIG_HOME", m_dir.filePath(QStringLiteral("config")).toLocal8Bit());
     if (qEnvironmentVariableIsEmpty("VANTOR_APP_DIR"))
         qputenv("VANTOR_APP_DIR", QByteArray(VANTOR_TEST_APP_DIR));
     ModMain::DB().DBClose();
@@ -20,10 +31,6 @@ TestEnv::TestEnv() : m_oldConfig(qgetenv("XDG_CONFIG_HOME")) {
 
 TestEnv::~TestEnv() {
     ModMain::DB().DBClose();
-    if (m_oldConfig.isEmpty())
-        qunsetenv("XDG_CONFIG_HOME");
-    else
-        qputenv("XDG_CONFIG_HOME", m_oldConfig);
 }
 
 QString TestEnv::newProject(const QString& name) const {

@@ -11,10 +11,26 @@
 #include <QtWidgets>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QDialog;
 
 namespace TestSupport {
+
+// Sets an environment variable for one scope and puts back what was there
+// (or its absence), even when a failed check leaves the test early.
+class ScopedEnv {
+public:
+    ScopedEnv(const char* name, const QByteArray& value);
+    ~ScopedEnv();
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
+
+private:
+    const char* m_name;
+    QByteArray m_old;
+    bool m_had;
+};
 
 // One test's world: settings in a temporary folder, projects copied from the
 // built blank.db. Closes the project and removes every seam on destruction.
@@ -36,7 +52,7 @@ public:
 
 private:
     QTemporaryDir m_dir;
-    QByteArray m_oldConfig;
+    ScopedEnv m_config; // the settings folder, inside m_dir
 };
 
 struct ShownMessage {
