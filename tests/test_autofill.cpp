@@ -336,6 +336,11 @@ private Q_SLOTS:
                  QStringLiteral("Filled 3 of the 3 periods asked.\nNo tutor offered who teaches "
                                 "it was free for: Maths (2).\nThose periods have their subject; "
                                 "add the rest by hand."));
+        // One period asked is one period, not one periods.
+        ModMain::FillReport one;
+        one.asked = 1;
+        one.filled = 1;
+        QCOMPARE(ModMain::FillReportText(one), QStringLiteral("Filled 1 of the 1 period asked."));
     }
     void headingsInStorageOrder() {
         // Two classes, the second with its period headings stored in reverse

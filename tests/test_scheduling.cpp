@@ -362,6 +362,7 @@ private Q_SLOTS:
         QRandomGenerator rng(seed);
         const QStringList owners = s.tt.keys();
         const QStringList names = s.id.keys();
+        bool sawClash = false;
         for (int step = 0; step < 300; ++step) {
             const QString owner = owners[rng.bounded(int(owners.size()))];
             const int day = 1 + rng.bounded(2), period = 1 + rng.bounded(3);
@@ -388,8 +389,11 @@ private Q_SLOTS:
             const QStringList incremental = indexSnapshot(ModMain::LessonIndex::current());
             ModMain::LessonIndex::invalidate();
             QCOMPARE(indexSnapshot(ModMain::LessonIndex::current()), incremental);
+            sawClash = sawClash || !ModMain::LessonIndex::current().conflicts().isEmpty();
         }
-        QVERIFY(!ModMain::LessonIndex::current().conflicts().isEmpty());
+        // The walk went through double bookings too, whatever it ended with
+        // (which lesson a cell picks first may differ from run to run).
+        QVERIFY(sawClash);
     }
 };
 

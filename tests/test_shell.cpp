@@ -10,6 +10,7 @@
 #include "shell/frmMain.h"
 #include "shell/frmTip.h"
 #include "store/Project.h"
+#include "store/Records.h"
 #include "support/TestSupport.h"
 #include "timetable/Lessons.h"
 #include "timetable/TimetableRecords.h"
@@ -249,6 +250,11 @@ private Q_SLOTS:
             return sizes;
         };
         const QString before = storedSizes();
+        env.open(file);
+        for (int i = 0; i < 14; ++i)
+            ModMain::CreateTutorRecord(QString("Tutor %1").arg(i), "", "", "");
+        ModMain::CreateRoomRecord("Lab", 30);
+        ModMain::DB().DBClose();
         const auto body = [](const FlexGrid& g, bool across) {
             int total = 0;
             for (int i = 1; i < (across ? g.cols() : g.rows()); ++i) {
@@ -274,6 +280,8 @@ private Q_SLOTS:
             QTRY_COMPARE(body(g, false), g.viewport()->height());
             QVERIFY(g.columnWidth(0) > ownWidth);
             QCOMPARE(g.twipsToPixels(g.colWidthTwips(1)), ownWidth);
+            // Fourteen tutors get more of the height than one room.
+            QVERIFY(w.gTutor->height() > 2 * w.gRoom->height());
             // In a small window they keep their own sizes and the grid scrolls.
             w.resize(640, 420);
             QTRY_COMPARE(g.columnWidth(0), ownWidth);
@@ -682,6 +690,11 @@ private Q_SLOTS:
         QCOMPARE(ModMain::DB().GetDBFilename(), copy);
         QVERIFY(!ModMain::DB().IsReadOnly());
         QCOMPARE(w.windowTitle(), QStringLiteral("Vantor Planner - Class 7A"));
+        // The toolbar's list of timetables is the copy's, and usable.
+        auto* list = w.findChild<QToolButton*>(QStringLiteral("tbTimetables"));
+        QVERIFY(list->isEnabled());
+        QCOMPARE(list->menu()->actions().size(), 1);
+        QVERIFY(list->menu()->actions().first()->isChecked());
         QVERIFY(boxes.texts().isEmpty());
         QCOMPARE(value("PRAGMA integrity_check"), QStringLiteral("ok"));
         w.command(QStringLiteral("mnuFormatSameSizeColumns"))->trigger();

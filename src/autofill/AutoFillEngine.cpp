@@ -461,7 +461,10 @@ const FillReport& LastFillReport() {
 }
 
 QString FillReportText(const FillReport& r) {
-    QString text = QStringLiteral("Filled %1 of the %2 periods asked.").arg(r.filled).arg(r.asked);
+    QString text = (r.asked == 1 ? QStringLiteral("Filled %1 of the %2 period asked.")
+                                 : QStringLiteral("Filled %1 of the %2 periods asked."))
+                       .arg(r.filled)
+                       .arg(r.asked);
     const auto subjects = [](const QMap<qint32, qint32>& periods) {
         QStringList names;
         for (auto it = periods.cbegin(); it != periods.cend(); ++it)

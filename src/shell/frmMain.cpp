@@ -155,8 +155,9 @@ void frmMain::buildMenus() {
     mnuFileOpenProject =
         addCommand(mnuFile, "mnuFileOpenProject", QStringLiteral("&Open Project..."), Writes::No,
                    QKeySequence::Open);
+    // Spelt out: the standard Save As key is empty on some desktops.
     mnuFileSaveAs = addCommand(mnuFile, "mnuFileSaveAs", QStringLiteral("Save Project &As..."),
-                               Writes::No, QKeySequence::SaveAs);
+                               Writes::No, QKeySequence(QStringLiteral("Ctrl+Shift+S")));
     mnuFileSetUpCalendar = addCommand(mnuFile, "mnuFileSetUpCalendar",
                                       QStringLiteral("Set Up &Days and Periods..."), Writes::Yes);
     mnuFile->addSeparator();
@@ -293,7 +294,7 @@ void frmMain::buildCentral() {
     auto* side = new QWidget(splitter);
     side->setObjectName(QStringLiteral("picLists"));
     side->setMinimumWidth(220);
-    auto* layout = new QVBoxLayout(side);
+    auto* layout = m_listLayout = new QVBoxLayout(side);
     layout->setContentsMargins(4, 0, 0, 0);
     layout->setSpacing(2);
     const struct {

@@ -19,6 +19,7 @@ class UndoHistory;
 class QLabel;
 class QMimeData;
 class QSplitter;
+class QVBoxLayout;
 class QLineEdit;
 class QMenu;
 class QToolBar;
@@ -268,5 +269,6 @@ private:
     QVector<ModMain::TimetableEntry> m_menuTimetables; // what the list's menu holds
     QLabel* m_statusPath = nullptr;
     QSplitter* m_splitter = nullptr;
+    QVBoxLayout* m_listLayout = nullptr;
     bool m_unloaded = false;
 };

@@ -27,6 +27,7 @@
 #include <QMenu>
 #include <QToolBar>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 using Common::MsgBox;
 using Common::MsgButtons;
@@ -148,6 +149,9 @@ void frmMain::clearTimetable() {
         if (list)
             list->setRows(1);
     if (tbTimetables) {
+        // Forgotten as well as cleared, so the next project's list is built
+        // even when it names the same timetables (a copy of this one).
+        m_menuTimetables.clear();
         tbTimetables->menu()->clear();
         tbTimetables->setText(QStringLiteral("Timetables"));
         tbTimetables->setEnabled(false);
@@ -211,6 +215,10 @@ void frmMain::LoadTimetable(qint32 TimetableID) {
               ModMain::RefreshSubjectList(*gSubject);
               ModMain::RefreshRoomList(*gRoom);
               ModMain::RefreshClassList(*gClass);
+              // A long list gets more of the height than a short one, so the
+              // tutors do not scroll beside a half-empty list of rooms.
+              for (FlexGrid* list : {gTutor, gSubject, gRoom, gClass})
+                  m_listLayout->setStretchFactor(list, std::max(3, list->rows()));
               RefreshTable();
               RefreshToolbarTimetables();
 
