@@ -217,8 +217,12 @@ void frmMain::LoadTimetable(qint32 TimetableID) {
               ModMain::RefreshClassList(*gClass);
               // A long list gets more of the height than a short one, so the
               // tutors do not scroll beside a half-empty list of rooms.
-              for (FlexGrid* list : {gTutor, gSubject, gRoom, gClass})
-                  m_listLayout->setStretchFactor(list, std::max(3, list->rows()));
+              // Only a change lays the window out again.
+              for (FlexGrid* list : {gTutor, gSubject, gRoom, gClass}) {
+                  const int stretch = std::max(3, list->rows());
+                  if (m_listLayout->stretch(m_listLayout->indexOf(list)) != stretch)
+                      m_listLayout->setStretchFactor(list, stretch);
+              }
               RefreshTable();
               RefreshToolbarTimetables();
 
