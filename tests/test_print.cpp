@@ -1,6 +1,7 @@
 // Timetables on paper: the layout of one timetable, the HTML page, the PDF's
 // text read back, and the command-line export with its errors.
 
+#include "print/CommandLineExport.h"
 #include "print/PrintLayout.h"
 #include "print/TimetablePrinting.h"
 #include "print/frmPrintPreview.h"
@@ -238,6 +239,38 @@ private Q_SLOTS:
         QCOMPARE(dump(s.file), before);
         r = program(s.env, {"--help"});
         QVERIFY(r.out.contains("--export-pdf OUT") && r.out.contains("--timetable NAME"));
+    }
+    void exportThatMeetsAnErrorWritesNothing() {
+        // A read that fails half way (a damaged page, say) is one report, a
+        // non-zero status, and the file that was there before left alone.
+        School s;
+        ModMain::DB().DBClose();
+        const QString out = s.env.path("week.pdf");
+        const Print::ExportRequest request{out, false, true, QString(), s.file};
+        int statements = 0;
+        clsSQLite::SetStatementHook([&] { ++statements; });
+        QString error;
+        QCOMPARE(Print::RunExport(request, error), 0);
+        const int whole = statements;
+        writeFile(out, "last week's timetables");
+        ErrorRecorder errors;
+        for (const int failAt : {whole - 1, whole - 3}) { // reads, not the COMMIT
+            statements = 0;
+            clsSQLite::SetStatementHook([&] {
+                if (++statements == failAt)
+                    throw VbError(11, QStringLiteral("clsSQLite"),
+                                  QStringLiteral("database disk image is malformed"));
+            });
+            error.clear();
+            const int status = Print::RunExport(request, error);
+            clsSQLite::SetStatementHook({});
+            QCOMPARE(status, 1);
+            QVERIFY2(error.contains("could not be read whole, so") &&
+                         error.contains("week.pdf was not written"),
+                     qPrintable(error));
+            QCOMPARE(readFile(out), QByteArray("last week's timetables"));
+        }
+        QCOMPARE(errors.reports().size(), 2); // one for each export, not one a statement
     }
     void previewDialog() {
         School s;

@@ -1,5 +1,6 @@
 #include "print/CommandLineExport.h"
 
+#include "common/ErrorHandler.h"
 #include "print/TimetablePrinting.h"
 #include "store/ModMain.h"
 #include "store/Project.h"
@@ -45,9 +46,21 @@ int RunExport(const ExportRequest& request, QString& error) {
         ids = {ids.first()};
     }
     QVector<ModMain::PrintedTimetable> tables;
-    for (const qint32 id : ids)
-        tables << ModMain::PrintTimetable(id);
+    bool readWhole = true;
+    {
+        // One action: the first error read is reported, the rest of the
+        // reading is skipped, and nothing is written from what was read.
+        ActionScope reading;
+        for (const qint32 id : ids)
+            tables << ModMain::PrintTimetable(id);
+        readWhole = !ActionScope::Failed();
+    }
     ModMain::DB().DBClose();
+    if (!readWhole) {
+        error = QStringLiteral("%1 could not be read whole, so %2 was not written.")
+                    .arg(project, QDir::toNativeSeparators(request.output));
+        return 1;
+    }
     error = request.html ? WriteHtml(request.output, tables)
                          : WritePdf(request.output, tables, PageOptions());
     return error.isEmpty() ? 0 : 1;
