@@ -153,7 +153,7 @@ private Q_SLOTS:
             QVERIFY(!ModMain::DB().DBOpen(name));
             QCOMPARE(ModMain::OpenFailureText(name),
                      QStringLiteral("Unable to open project file ") + name +
-                         QStringLiteral(".\r\nFile not found\r\n53"));
+                         QStringLiteral(".\r\nFile not found (code 53)"));
         }
     }
     void blankProject() {

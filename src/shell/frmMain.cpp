@@ -537,10 +537,13 @@ void frmMain::Form_Load(const QString& projectFile) {
               const QString path = projectFile.isEmpty() ? ModMain::LastDB() : projectFile;
               if (path.isEmpty())
                   return;
-              if (!ModMain::OpenProject(path)) {
+              // Checked first, as File > Open Project does, so the reason is
+              // given in the same plain words.
+              if (!ModMain::CanOpenProject(path) || !ModMain::OpenProject(path)) {
                   const MsgResult answer =
                       MsgBox(QStringLiteral("Unable to open project file ") + path +
-                                 QStringLiteral(". Would you like to create a new project?"),
+                                 QStringLiteral(". Would you like to create a new project?") +
+                                 QStringLiteral("\r\n\r\n") + ModMain::OpenFailureReason(path),
                              MsgButtons::YesNo, MsgIcon::Question);
                   if (answer == MsgResult::Yes) {
                       NoProject();

@@ -269,7 +269,7 @@ bool OpenProject(const QString& path) {
     return false;
 }
 
-QString OpenFailureText(const QString& path) {
+QString OpenFailureReason(const QString& path) {
     QString description = DB().GetErrorString();
     int number = DB().GetErrorNumber();
     if (lastRefusal().path == path && !lastRefusal().description.isEmpty()) {
@@ -282,8 +282,13 @@ QString OpenFailureText(const QString& path) {
                                    : QStringLiteral("File not found");
         number = VbErr::FileNotFound;
     }
+    // The code is for whoever the user asks for help, after the words.
+    return QStringLiteral("%1 (code %2)").arg(description).arg(number);
+}
+
+QString OpenFailureText(const QString& path) {
     return QStringLiteral("Unable to open project file ") + path + QStringLiteral(".\r\n") +
-           description + QStringLiteral("\r\n") + QString::number(number);
+           OpenFailureReason(path);
 }
 
 } // namespace ModMain

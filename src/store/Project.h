@@ -25,8 +25,10 @@ bool OpenProject(const QString& path);
 // why.
 bool CanOpenProject(const QString& path);
 
-// "Unable to open project file <path>." with the reason and its number on
-// the next two lines, as shown when an open fails.
+// Why the last open of path failed, in words, then its code in brackets.
+QString OpenFailureReason(const QString& path);
+// "Unable to open project file <path>." with the reason on the next line,
+// as shown when an open fails.
 QString OpenFailureText(const QString& path);
 
 // "<file> is damaged and cannot be used (<detail>). ..." for a damaged file.
