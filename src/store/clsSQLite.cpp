@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <sqlite3.h>
 
 namespace {
@@ -300,6 +301,9 @@ clsSQLiteRecordset clsSQLite::Execute(const QString& SQL) {
             int cols = 0;
             char* err = nullptr;
             rc = sqlite3_get_table(m_db, sql.toUtf8().constData(), &result, &rows, &cols, &err);
+            // Freed however this block is left, an exception included.
+            const std::unique_ptr<char*, void (*)(char**)> ownResult(result, &sqlite3_free_table);
+            const std::unique_ptr<char, void (*)(void*)> ownErr(err, &sqlite3_free);
             afterStatement();
             if (rc != SQLITE_OK) {
                 m_errMsg = QString::fromUtf8(err ? err : sqlite3_errmsg(m_db));
@@ -317,8 +321,6 @@ clsSQLiteRecordset clsSQLite::Execute(const QString& SQL) {
                     table.append(std::move(line));
                 }
             }
-            sqlite3_free(err);
-            sqlite3_free_table(result);
         }
         if (isBusy(rc) || !m_errMsg.isEmpty()) {
             reportFailure(rc, SQL, "Execute");
